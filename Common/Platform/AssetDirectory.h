@@ -1,0 +1,18 @@
+#pragma once
+
+#include <string>
+
+#include "Common/Platform/AssetManager.h"
+#include "Common/Platform/Export.h"
+
+namespace vi {
+
+// Linux only: an asset manager whose assets are the files below a directory, for tools
+// and tests that host effects off the device. Store it with vi::File::getAssetManager().
+class TALVEQAM_EXPORT AssetDirectory {
+public:
+    static AAssetManager* open(const std::string& directory);
+    static void close(AAssetManager* manager);
+};
+
+}  // namespace vi

@@ -1,0 +1,33 @@
+# Thin wrapper over CMake. `make demo` renders with the preview tool, `make test` runs
+# every test twice: plainly and under AddressSanitizer + UndefinedBehaviorSanitizer.
+BUILD       ?= build
+BUILD_ASAN  ?= build-asan
+JOBS        ?= $(shell nproc)
+CTEST_FLAGS ?= --output-on-failure -j $(JOBS) --timeout 600
+
+.PHONY: all setup build demo test test-plain test-sanitize format
+
+all: build
+
+setup:
+	@bash scripts/setup.sh
+
+build: setup
+	cmake -S . -B $(BUILD) -DCMAKE_BUILD_TYPE=RelWithDebInfo
+	cmake --build $(BUILD) -j $(JOBS)
+
+demo: build
+	bash scripts/demo.sh $(BUILD)
+
+test: test-plain test-sanitize
+
+test-plain: build
+	cd $(BUILD) && ctest $(CTEST_FLAGS)
+
+test-sanitize: setup
+	cmake -S . -B $(BUILD_ASAN) -DCMAKE_BUILD_TYPE=Debug -DTALVEQAM_SANITIZE=ON
+	cmake --build $(BUILD_ASAN) -j $(JOBS)
+	cd $(BUILD_ASAN) && ctest $(CTEST_FLAGS)
+
+format:
+	git ls-files '*.cpp' '*.h' | xargs clang-format -i

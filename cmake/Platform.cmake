@@ -1,0 +1,25 @@
+# talveqam::platform: GLES2, EGL and the Android log, from the NDK on Android and from
+# Debian's packages (Mesa, android-liblog-dev) on Linux.
+add_library(talveqam_platform INTERFACE)
+add_library(talveqam::platform ALIAS talveqam_platform)
+
+# glm is header-only; on Android point GLM_INCLUDE at a copy of its headers.
+find_path(GLM_INCLUDE glm/glm.hpp REQUIRED)
+target_include_directories(talveqam_platform INTERFACE ${GLM_INCLUDE})
+
+if(ANDROID)
+    target_link_libraries(talveqam_platform INTERFACE log android EGL GLESv2 dl)
+    # Loads on devices with 16 KB pages.
+    target_link_options(talveqam_platform INTERFACE -Wl,-z,max-page-size=16384)
+else()
+    find_library(EGL_LIBRARY EGL REQUIRED)
+    find_library(GLES2_LIBRARY GLESv2 REQUIRED)
+    set(ANDROID_HOST_LIBDIR /usr/lib/${CMAKE_LIBRARY_ARCHITECTURE}/android)
+    find_library(ANDROID_LOG_LIBRARY log PATHS ${ANDROID_HOST_LIBDIR} NO_DEFAULT_PATH REQUIRED)
+    find_path(ANDROID_HOST_INCLUDE android/log.h PATHS /usr/include/android NO_DEFAULT_PATH
+              REQUIRED)
+    target_include_directories(talveqam_platform INTERFACE ${ANDROID_HOST_INCLUDE})
+    target_link_libraries(talveqam_platform INTERFACE ${EGL_LIBRARY} ${GLES2_LIBRARY}
+                          ${ANDROID_LOG_LIBRARY} ${CMAKE_DL_LIBS})
+    target_link_options(talveqam_platform INTERFACE -Wl,-rpath,${ANDROID_HOST_LIBDIR})
+endif()

@@ -1,0 +1,7 @@
+#!/usr/bin/env bash
+# Renders with the tools of the build folder $1 into out/.
+set -euo pipefail
+build=${1:-build}
+mkdir -p out
+"$build/examples/smoke/qam-smoke" out/smoke.png
+echo "demo: wrote out/smoke.png"

@@ -1,0 +1,28 @@
+# Fails when LIBRARY exports a symbol outside the JNI functions and the vi and Kinetra namespaces.
+execute_process(COMMAND nm -D -C --defined-only --format=posix "${LIBRARY}"
+                OUTPUT_VARIABLE table RESULT_VARIABLE status)
+if(NOT status EQUAL 0)
+    message(FATAL_ERROR "nm failed on ${LIBRARY}")
+endif()
+string(REPLACE ";" "\\;" table "${table}")
+string(REPLACE "\n" ";" lines "${table}")
+set(bad "")
+foreach(line IN LISTS lines)
+    string(REGEX REPLACE " [A-Za-z] [0-9a-f]+( [0-9a-f]+)?$" "" symbol "${line}")
+    if(symbol STREQUAL "" OR symbol MATCHES "^(_init|_fini|_edata|_end|__bss_start)$")
+        continue()  # empty line or a linker-made marker
+    endif()
+    if(symbol MATCHES "^Java_com_korvane_android_visualeffect_lock_common_Native_")
+        continue()
+    endif()
+    # Classes of vi and Kinetra, with their vtables, typeinfo and guard variables.
+    if(symbol MATCHES "^((vtable|typeinfo|typeinfo name|VTT|guard variable) for )?(vi|Kinetra)::")
+        continue()
+    endif()
+    list(APPEND bad "${symbol}")
+endforeach()
+if(bad)
+    list(JOIN bad "\n  " text)
+    message(FATAL_ERROR "unexpected exported symbols:\n  ${text}")
+endif()
+message(STATUS "exported symbols ok")
