@@ -10,7 +10,7 @@ namespace vi {
 // Linux only: an asset manager whose assets are the files below a directory, for tools
 // and tests that host effects off the device. Store it with vi::File::getAssetManager().
 class TALVEQAM_EXPORT AssetDirectory {
-public:
+  public:
     static AAssetManager* open(const std::string& directory);
     static void close(AAssetManager* manager);
 };

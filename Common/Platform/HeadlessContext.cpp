@@ -34,11 +34,21 @@ EGLDisplay surfacelessDisplay() {
 }  // namespace
 
 HeadlessContext::HeadlessContext(int width, int height) : mDisplay(surfacelessDisplay()) {
-    const EGLint configAttributes[] = {EGL_SURFACE_TYPE,    EGL_PBUFFER_BIT, EGL_RENDERABLE_TYPE,
-                                       EGL_OPENGL_ES2_BIT,  EGL_RED_SIZE,    8,
-                                       EGL_GREEN_SIZE,      8,               EGL_BLUE_SIZE,
-                                       8,                   EGL_ALPHA_SIZE,  8,
-                                       EGL_DEPTH_SIZE,      16,              EGL_NONE};
+    const EGLint configAttributes[] = {EGL_SURFACE_TYPE,
+                                       EGL_PBUFFER_BIT,
+                                       EGL_RENDERABLE_TYPE,
+                                       EGL_OPENGL_ES2_BIT,
+                                       EGL_RED_SIZE,
+                                       8,
+                                       EGL_GREEN_SIZE,
+                                       8,
+                                       EGL_BLUE_SIZE,
+                                       8,
+                                       EGL_ALPHA_SIZE,
+                                       8,
+                                       EGL_DEPTH_SIZE,
+                                       16,
+                                       EGL_NONE};
     EGLint count = 0;
     if (!eglChooseConfig(mDisplay, configAttributes, &mConfig, 1, &count) || count != 1) {
         fail("eglChooseConfig");

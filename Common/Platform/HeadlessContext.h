@@ -11,7 +11,7 @@ namespace qam {
 // and tests that run without a display. The display is never terminated: Mesa's
 // driver must stay loaded until exit (its allocations would otherwise show as leaks).
 class HeadlessContext {
-public:
+  public:
     HeadlessContext(int width, int height);
     ~HeadlessContext();
     HeadlessContext(const HeadlessContext&) = delete;
@@ -35,7 +35,7 @@ public:
     EGLContext context() const { return mContext; }
     EGLDisplay display() const { return mDisplay; }
 
-private:
+  private:
     EGLDisplay mDisplay = EGL_NO_DISPLAY;
     EGLConfig mConfig = nullptr;
     EGLContext mContext = EGL_NO_CONTEXT;

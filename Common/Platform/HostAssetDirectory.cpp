@@ -19,7 +19,9 @@ AAssetManager* AssetDirectory::open(const std::string& directory) {
     return new AAssetManager{directory};
 }
 
-void AssetDirectory::close(AAssetManager* manager) { delete manager; }
+void AssetDirectory::close(AAssetManager* manager) {
+    delete manager;
+}
 
 }  // namespace vi
 
@@ -40,7 +42,9 @@ AAsset* AAssetManager_open(AAssetManager* manager, const char* fileName, int /*m
     return new AAsset{file, length < 0 ? 0 : length};
 }
 
-off_t AAsset_getLength(AAsset* asset) { return asset->length; }
+off_t AAsset_getLength(AAsset* asset) {
+    return asset->length;
+}
 
 int AAsset_read(AAsset* asset, void* buffer, size_t count) {
     return static_cast<int>(fread(buffer, 1, count, asset->file));

@@ -26,8 +26,8 @@ void GLTest::SetUp() {
     for (int shift : {24, 16, 8, 0}) {
         if (std::abs(channel(actual, shift) - channel(expected, shift)) > tolerance) {
             char text[96];
-            snprintf(text, sizeof text, "pixel 0x%08X differs from 0x%08X by more than %d",
-                     actual, expected, tolerance);
+            snprintf(text, sizeof text, "pixel 0x%08X differs from 0x%08X by more than %d", actual,
+                     expected, tolerance);
             return ::testing::AssertionFailure() << text;
         }
     }

@@ -12,10 +12,12 @@ namespace qam::test {
 // One headless GLES2 context per test executable, current on the test thread. Each test
 // starts with a 64 x 64 pbuffer, the default framebuffer bound and a black clear.
 class GLTest : public ::testing::Test {
-protected:
+  protected:
     static constexpr int kWidth = 64;
     static constexpr int kHeight = 64;
 
+    // The context is current before members of derived fixtures are built.
+    GLTest() { gl().makeCurrent(); }
     void SetUp() override;
 
     static HeadlessContext& gl();
@@ -26,7 +28,9 @@ protected:
 };
 
 // Channel `shift` (24 red, 16 green, 8 blue, 0 alpha) of a 0xRRGGBBAA pixel.
-inline int channel(uint32_t rgba, int shift) { return static_cast<int>((rgba >> shift) & 0xFF); }
+inline int channel(uint32_t rgba, int shift) {
+    return static_cast<int>((rgba >> shift) & 0xFF);
+}
 
 // Compares two 0xRRGGBBAA pixels channel by channel within `tolerance`.
 ::testing::AssertionResult pixelNear(uint32_t actual, uint32_t expected, int tolerance);

@@ -39,7 +39,8 @@ std::string LogCapture::text() {
 }
 
 std::vector<LogRecord> LogCapture::records() {
-    static const std::regex header(R"(^(\S+) ([VDIWEF]) \d\d-\d\d \d\d:\d\d:\d\d(?:\.\d+)? +\d+ +\d+ (.*)$)");
+    static const std::regex header(
+        R"(^(\S+) ([VDIWEF]) \d\d-\d\d \d\d:\d\d:\d\d(?:\.\d+)? +\d+ +\d+ (.*)$)");
     std::vector<LogRecord> result;
     const std::string all = text();
     size_t start = 0;

@@ -14,7 +14,7 @@ struct LogRecord {
 
 // Captures everything written to stderr (where liblog prints on Linux) while alive.
 class LogCapture {
-public:
+  public:
     LogCapture();
     ~LogCapture();
     LogCapture(const LogCapture&) = delete;
@@ -29,7 +29,7 @@ public:
     // Everything written to stderr so far.
     std::string text();
 
-private:
+  private:
     int mSavedStderr;
     int mFile;
 };
