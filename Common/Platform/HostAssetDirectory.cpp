@@ -1,3 +1,5 @@
+#include <sys/stat.h>
+
 #include <cstdio>
 #include <string>
 
@@ -34,6 +36,11 @@ AAsset* AAssetManager_open(AAssetManager* manager, const char* fileName, int /*m
     }
     FILE* file = fopen((manager->directory + "/" + fileName).c_str(), "rb");
     if (file == nullptr) {
+        return nullptr;
+    }
+    struct stat info;
+    if (fstat(fileno(file), &info) != 0 || !S_ISREG(info.st_mode)) {
+        fclose(file);  // directories are not assets
         return nullptr;
     }
     fseeko(file, 0, SEEK_END);
