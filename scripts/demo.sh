@@ -3,5 +3,5 @@
 set -euo pipefail
 build=${1:-build}
 mkdir -p out
-"$build/examples/smoke/qam-smoke" out/smoke.png
+"$build/examples/qam-smoke" out/smoke.png
 echo "demo: wrote out/smoke.png"
