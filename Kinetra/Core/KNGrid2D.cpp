@@ -1,0 +1,111 @@
+#include "Kinetra/Core/KNGrid2D.h"
+
+#include <algorithm>
+#include <cmath>
+#include <iostream>
+
+#include "Common/Platform/Log.h"
+
+namespace Kinetra {
+
+void KNGrid2D::getResolution(int* x, int* y) {
+    if (x == nullptr || y == nullptr) {
+        qam::logError("KNGrid2D::getResolution: null output pointer, nothing written");
+        return;
+    }
+    *x = mGrid.resolution.x;
+    *y = mGrid.resolution.y;
+}
+
+void KNGrid2D::getDimension(double* x, double* y) {
+    if (x == nullptr || y == nullptr) {
+        qam::logError("KNGrid2D::getDimension: null output pointer, nothing written");
+        return;
+    }
+    *x = mGrid.dimension.x;
+    *y = mGrid.dimension.y;
+}
+
+void KNGrid2D::getCellSize(double* x, double* y) {
+    if (x == nullptr || y == nullptr) {
+        qam::logError("KNGrid2D::getCellSize: null output pointer, nothing written");
+        return;
+    }
+    *x = mGrid.cellSize.x;
+    *y = mGrid.cellSize.y;
+}
+
+void KNGrid2D::getNodesOfCell(const int& i, const int& j, int* nodes) {
+    if (nodes == nullptr) {
+        qam::logError("KNGrid2D::getNodesOfCell: null output pointer, nothing written");
+        return;
+    }
+    if (i < 0 || j < 0 || i >= mGrid.resolution.x || j >= mGrid.resolution.y) {
+        qam::logError("KNGrid2D::getNodesOfCell: cell (%d, %d) outside the %d x %d grid", i, j,
+                      mGrid.resolution.x, mGrid.resolution.y);
+        return;
+    }
+    const int w = mGrid.nodesPerRow;
+    const int n = i + j * w;
+    nodes[0] = n;
+    nodes[1] = n + 1;
+    nodes[2] = n + 1 + w;
+    nodes[3] = n + w;
+}
+
+void KNGrid2D::setGrid(const int& nx, const int& ny, const double& dx, const double& dy) {
+    // The messages say setGrid2D, the name this operation once had; kept word for word.
+    if (nx < 1 || ny < 1) {
+        std::cout << "Error@KNGrid2D::setGrid2D(): Invalid resolution." << std::endl;
+        return;
+    }
+    if (!(dx > 0) || !(dy > 0)) {
+        std::cout << "Error@KNGrid2D::setGrid2D(): Invalid dimension." << std::endl;
+        return;
+    }
+    reset();
+    Fields& g = mGrid;
+    const double hx = dx / nx;
+    const double hy = dy / ny;
+    g.resolution = {nx, ny};
+    g.dimension = {dx, dy};
+    g.cellSize = {hx, hy};
+    g.cellCount = nx * ny;
+    g.cellCountPlusNy = nx * ny + ny;
+    g.cellCountPlusNx = nx * ny + nx;
+    g.cellCountPlusNxCopy = nx * ny + nx;
+    g.cellCountPlusNyCopy = nx * ny + ny;
+    g.nodeCount = (nx + 1) * (ny + 1);
+    g.nodesPerRow = nx + 1;
+    g.nodesPerColumn = ny + 1;
+    g.lastCellColumn = nx - 1;
+    g.lastCellRow = ny - 1;
+    g.cellCountCopy = nx * ny;
+    g.halfCell = {hx * 0.5, hy * 0.5};
+    g.squaredCell = {hx * hx, hy * hy};
+    g.squaredCellProduct = hx * hx * hy * hy;
+    g.minCell = std::min(hx, hy);
+    g.maxCell = std::max(hx, hy);
+    g.cellDiagonal = std::sqrt(hx * hx + hy * hy);
+    g.epsilon = g.minCell * 0.001;
+    g.upperBound = {dx - g.epsilon, dy - g.epsilon};
+}
+
+void KNGrid2D::setGrid(const KNVector2D<int>& resolution, const KNVector2D<double>& dimension) {
+    setGrid(resolution.x, resolution.y, dimension.x, dimension.y);
+}
+
+void KNGrid2D::reset() {
+    mGrid = Fields{};
+}
+
+void KNGrid2D::copy(const KNGrid2D& other) {
+    reset();
+    if (&other == this) {
+        return;
+    }
+    setName(other.getName());
+    mGrid = other.mGrid;
+}
+
+}  // namespace Kinetra
