@@ -77,8 +77,7 @@ class TALVEQAM_EXPORT KNISceneComponent {
     virtual int isEmptyScene();
 
   private:
-    // Hidden, or the vector code made for it would be exported with the class.
-    struct __attribute__((visibility("hidden"))) LayerEntry {
+    struct LayerEntry {
         int32_t kind;
         void* layer;
     };

@@ -42,8 +42,7 @@ class TALVEQAM_EXPORT KNShaderManager {
     void contextChanged();
 
   private:
-    // Hidden, or the vector code made for it would be exported with the class.
-    struct __attribute__((visibility("hidden"))) Location {
+    struct Location {
         int id;
         int location;
     };
