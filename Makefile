@@ -1,11 +1,13 @@
 # Thin wrapper over CMake. `make demo` renders with the preview tool, `make test` runs
-# every test twice: plainly and under AddressSanitizer + UndefinedBehaviorSanitizer.
+# every test twice: plainly and under AddressSanitizer + UndefinedBehaviorSanitizer, then
+# runs the libFuzzer targets for a bounded time.
 BUILD       ?= build
 BUILD_ASAN  ?= build-asan
+BUILD_FUZZ  ?= build-fuzz
 JOBS        ?= $(shell nproc)
 CTEST_FLAGS ?= --output-on-failure -j $(JOBS) --timeout 600
 
-.PHONY: all setup build demo test test-plain test-sanitize format
+.PHONY: all setup build demo test test-plain test-sanitize test-fuzz format
 
 all: build
 
@@ -19,7 +21,7 @@ build: setup
 demo: build
 	bash scripts/demo.sh $(BUILD)
 
-test: test-plain test-sanitize
+test: test-plain test-sanitize test-fuzz
 
 test-plain: build
 	cd $(BUILD) && ctest $(CTEST_FLAGS)
@@ -28,6 +30,9 @@ test-sanitize: setup
 	cmake -S . -B $(BUILD_ASAN) -DCMAKE_BUILD_TYPE=Debug -DTALVEQAM_SANITIZE=ON
 	cmake --build $(BUILD_ASAN) -j $(JOBS)
 	cd $(BUILD_ASAN) && ctest $(CTEST_FLAGS)
+
+test-fuzz: setup
+	JOBS=$(JOBS) bash scripts/fuzz.sh $(BUILD_FUZZ)
 
 format:
 	git ls-files '*.cpp' '*.h' | xargs clang-format -i
