@@ -22,4 +22,12 @@ else()
     target_link_libraries(talveqam_platform INTERFACE ${EGL_LIBRARY} ${GLES2_LIBRARY}
                           ${ANDROID_LOG_LIBRARY} ${CMAKE_DL_LIBS})
     target_link_options(talveqam_platform INTERFACE -Wl,-rpath,${ANDROID_HOST_LIBDIR})
+
+    # jni.h, javac and java all from the one JDK: Debian's 17 when present.
+    file(GLOB debianJdks /usr/lib/jvm/java-17-openjdk-*)
+    if(NOT DEFINED JAVA_HOME AND debianJdks)
+        list(GET debianJdks 0 JAVA_HOME)
+    endif()
+    find_package(JNI REQUIRED COMPONENTS JVM)
+    target_include_directories(talveqam_platform INTERFACE ${JNI_INCLUDE_DIRS})
 endif()

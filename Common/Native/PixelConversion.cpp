@@ -1,0 +1,52 @@
+#include "Common/Native/PixelConversion.h"
+
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#elif defined(__ARM_NEON)
+#include <arm_neon.h>
+#endif
+
+namespace qam::host {
+
+// One pass: each value is read once and written twice (back to Java's array and to `rgba`).
+void argbToRgba(uint32_t* pixels, size_t count, bool opaque, void* rgba) {
+    const uint32_t alpha = opaque ? 0xFF000000u : 0u;
+    auto* out = static_cast<uint32_t*>(rgba);
+    size_t i = 0;
+#if defined(__SSE2__)
+    const __m128i keep = _mm_set1_epi32(static_cast<int>(0xFF00FF00u));
+    const __m128i lowByte = _mm_set1_epi32(0xFF);
+    const __m128i alphaBits = _mm_set1_epi32(static_cast<int>(alpha));
+    for (; i + 4 <= count; i += 4) {
+        const __m128i v = _mm_loadu_si128(reinterpret_cast<const __m128i*>(pixels + i));
+        const __m128i red = _mm_and_si128(_mm_srli_epi32(v, 16), lowByte);
+        const __m128i blue = _mm_slli_epi32(_mm_and_si128(v, lowByte), 16);
+        const __m128i swapped =
+            _mm_or_si128(_mm_or_si128(_mm_and_si128(v, keep), alphaBits), _mm_or_si128(red, blue));
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(pixels + i), swapped);
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(out + i), swapped);
+    }
+#elif defined(__ARM_NEON)
+    const uint32x4_t keep = vdupq_n_u32(0xFF00FF00u);
+    const uint32x4_t lowByte = vdupq_n_u32(0xFFu);
+    const uint32x4_t alphaBits = vdupq_n_u32(alpha);
+    for (; i + 4 <= count; i += 4) {
+        const uint32x4_t v = vld1q_u32(pixels + i);
+        const uint32x4_t red = vandq_u32(vshrq_n_u32(v, 16), lowByte);
+        const uint32x4_t blue = vshlq_n_u32(vandq_u32(v, lowByte), 16);
+        const uint32x4_t swapped =
+            vorrq_u32(vorrq_u32(vandq_u32(v, keep), alphaBits), vorrq_u32(red, blue));
+        vst1q_u32(pixels + i, swapped);
+        vst1q_u32(out + i, swapped);
+    }
+#endif
+    for (; i < count; ++i) {
+        const uint32_t v = pixels[i];
+        const uint32_t swapped =
+            (v & 0xFF00FF00u) | ((v >> 16) & 0xFFu) | ((v & 0xFFu) << 16) | alpha;
+        pixels[i] = swapped;
+        out[i] = swapped;
+    }
+}
+
+}  // namespace qam::host
