@@ -88,3 +88,15 @@ QAM_COUNTED(void, glDrawArrays, (GLenum mode, GLint first, GLsizei count), (mode
 QAM_COUNTED(void, glDrawElements, (GLenum mode, GLsizei count, GLenum type, const void* indices),
             (mode, count, type, indices))
 QAM_COUNTED(void, glUniform1i, (GLint location, GLint value), (location, value))
+QAM_COUNTED(void, glActiveTexture, (GLenum texture), (texture))
+QAM_COUNTED(void, glEnable, (GLenum capability), (capability))
+QAM_COUNTED(void, glDisable, (GLenum capability), (capability))
+QAM_COUNTED(void, glBlendFuncSeparate,
+            (GLenum srcRGB, GLenum dstRGB, GLenum srcAlpha, GLenum dstAlpha),
+            (srcRGB, dstRGB, srcAlpha, dstAlpha))
+QAM_COUNTED(void, glVertexAttribPointer,
+            (GLuint index, GLint size, GLenum type, GLboolean normalized, GLsizei stride,
+             const void* pointer),
+            (index, size, type, normalized, stride, pointer))
+QAM_COUNTED(void, glEnableVertexAttribArray, (GLuint index), (index))
+QAM_COUNTED(void, glDisableVertexAttribArray, (GLuint index), (index))
