@@ -13,15 +13,20 @@
 #include <vector>
 
 #include "Common/Platform/AssetDirectory.h"
+#include "Common/Renderer/Base/Renderer.h"
+#include "tests/Common/Renderer/Base/RenderCoreFixture.h"
+#include "tests/support/GLCallCounter.h"
 #include "tests/support/LogCapture.h"
 
 namespace {
 
 using glm::vec2;
 using glm::vec3;
+using qam::test::GLCallCounter;
 using vi::Drawable;
 using vi::File;
 using vi::ModelObject;
+using vi::Renderer;
 
 struct Mesh {
     std::vector<vec3> positions;
@@ -275,6 +280,77 @@ TEST_F(ModelObjectAssetTest, LoadReadsTheNameWithBinAppended) {
 TEST_F(ModelObjectAssetTest, AMissingModelEndsTheProcess) {
     EXPECT_EXIT(ModelObject("absent"), ::testing::ExitedWithCode(88),
                 "Invalid file name: \"absent\\.bin\"");
+}
+
+// Models drawn through a vi::Renderer: each vertex is coloured (u, v, normal z).
+class ModelObjectDrawTest : public qam::test::RenderCoreTest {
+  protected:
+    void draw(Drawable& drawable) {
+        static const char* const kVertex =
+            "attribute vec3 aPosition;\n"
+            "attribute vec3 aNormal;\n"
+            "attribute vec2 aTexCoord;\n"
+            "varying vec3 vColor;\n"
+            "void main() {\n"
+            "    vColor = vec3(aTexCoord, aNormal.z);\n"
+            "    gl_Position = vec4(aPosition, 1.0);\n"
+            "}\n";
+        static const char* const kFragment =
+            "precision mediump float;\n"
+            "varying vec3 vColor;\n"
+            "void main() { gl_FragColor = vec4(vColor, 1.0); }\n";
+        Renderer renderer(program(kVertex, kFragment), drawable);
+        ASSERT_EQ(renderer.addAttribute("aPosition", drawable.mPositions3.data(), 3,
+                                        drawable.mIsPositionsStatic),
+                  0);
+        ASSERT_EQ(renderer.addAttribute("aNormal", drawable.mNormals.data(), 3,
+                                        drawable.mIsNormalsStatic),
+                  1);
+        ASSERT_EQ(renderer.addAttribute("aTexCoord", drawable.mTextureCoords.data(), 2,
+                                        drawable.mIsTextureCoordsStatic),
+                  2);
+        renderer.draw();
+    }
+};
+
+TEST_F(ModelObjectDrawTest, AModelWithoutIndicesIsDrawnWithDrawArrays) {
+    // The lower-left half of the viewport, coloured (1, 0, 1).
+    const Mesh triangle = {{{-1, -1, 0}, {1, -1, 0}, {-1, 1, 0}},
+                           {{0, 0, 1}, {0, 0, 1}, {0, 0, 1}},
+                           {{1, 0}, {1, 0}, {1, 0}},
+                           {}};
+    ModelObject model;
+    adopt(model, modelFile(triangle));
+    Drawable drawable;
+    model.fillDrawable(drawable);
+    GLCallCounter calls;
+    draw(drawable);
+    EXPECT_EQ(calls.count("glDrawArrays"), 1);
+    EXPECT_EQ(calls.count("glDrawElements"), 0);
+    EXPECT_PIXEL_NEAR(pixel(4, 4), 0xFF00FFFFu, 0);
+    EXPECT_PIXEL_NEAR(pixel(4, 56), 0xFF00FFFFu, 0);
+    EXPECT_PIXEL_NEAR(pixel(60, 60), 0x00000000u, 0);
+}
+
+TEST_F(ModelObjectDrawTest, AnIndexedScaledModelCoversTheMiddle) {
+    // A full-viewport quad coloured (0, 1, 0.5), halved by scale().
+    const Mesh quad = {{{-1, -1, 0}, {1, -1, 0}, {1, 1, 0}, {-1, 1, 0}},
+                       std::vector<vec3>(4, vec3(0, 0, 0.5f)),
+                       std::vector<vec2>(4, vec2(0, 1)),
+                       {0, 1, 2, 2, 3, 0}};
+    ModelObject model;
+    adopt(model, modelFile(quad));
+    model.scale(0.5f);
+    Drawable drawable;
+    model.fillDrawable(drawable);
+    GLCallCounter calls;
+    draw(drawable);
+    EXPECT_EQ(calls.count("glDrawElements"), 1);
+    EXPECT_EQ(calls.count("glDrawArrays"), 0);
+    EXPECT_PIXEL_NEAR(pixel(32, 32), 0x00FF80FFu, 1);
+    EXPECT_PIXEL_NEAR(pixel(17, 46), 0x00FF80FFu, 1);
+    EXPECT_PIXEL_NEAR(pixel(8, 8), 0x00000000u, 0);
+    EXPECT_PIXEL_NEAR(pixel(56, 32), 0x00000000u, 0);
 }
 
 }  // namespace
