@@ -17,7 +17,7 @@ class TALVEQAM_EXPORT KNFBO {
     void createFBOSurface(const unsigned& width, const unsigned& height);
     // Binds `id` and gives it storage without contents at the surface size and options.
     void bindFBOTexture(const unsigned& id);
-    // Re-specifies the texture (and depth storage) for a new size; the framebuffer is kept.
+    // Gives the texture (and depth storage) a new size; the framebuffer is kept.
     void resizeFBOSurface(const unsigned& width, const unsigned& height);
     void bindFBOSurface();
     void unbindFBOSurface(const unsigned& screenWidth, const unsigned& screenHeight);

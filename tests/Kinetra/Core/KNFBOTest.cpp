@@ -197,7 +197,7 @@ TEST_F(KNFBOTest, ResizingToTheSameSizeTouchesNothing) {
     show(texture);  // the contents are still the red clear
     EXPECT_PIXEL_NEAR(pixel(30, 30), kRed, 0);
 
-    // Another size re-specifies the texture and the depth storage, keeping the framebuffer.
+    // Another size redefines the texture and the depth storage, keeping the framebuffer.
     fbo.resizeFBOSurface(8, 4);
     EXPECT_EQ(fbo.getFBOHandler(), framebuffer);
     EXPECT_EQ(fbo.getFBOTexture(), texture);
