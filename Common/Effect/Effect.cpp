@@ -60,8 +60,9 @@ Effect::Effect(IAnimationManager* animationManager)
     mTextures = &qam::host::gTextureMap[mEglContext];
     // Textures loaded for an earlier effect on this context are this one's too.
     for (const auto& entry : *mTextures) {
-        Texture* texture = entry.second;
-        if (std::find(mTextureList.begin(), mTextureList.end(), texture) == mTextureList.end()) {
+        Texture* texture = entry.second;  // null: a removed texture's name
+        if (texture != nullptr &&
+            std::find(mTextureList.begin(), mTextureList.end(), texture) == mTextureList.end()) {
             mTextureList.push_back(texture);
         }
     }
@@ -77,6 +78,20 @@ Effect::~Effect() {
     }
     if (!mShaders.empty()) {
         qam::logError("WARNING: Shader leaked!!!!!!!");
+    }
+    // Render objects made before another effect is entered (drawBgOnly's background, for one)
+    // must not register in lists that die with this effect.
+    static std::vector<Renderer*> sDetachedRenderers;
+    static std::vector<Texture*> sDetachedTextures;
+    static std::vector<ShaderProgram*> sDetachedShaders;
+    if (Renderer::mAllRenderers == &mRenderers) {
+        Renderer::mAllRenderers = &sDetachedRenderers;
+    }
+    if (Texture::mAllTextures == &mTextureList) {
+        Texture::mAllTextures = &sDetachedTextures;
+    }
+    if (ShaderProgram::mAllShaders == &mShaders) {
+        ShaderProgram::mAllShaders = &sDetachedShaders;
     }
 }
 
