@@ -1,0 +1,19 @@
+#include "Kinetra/Core/KNMesh.h"
+
+namespace Kinetra {
+
+void KNMesh::reset() {
+    vertex.clear();
+    aux2D.clear();
+    normal.clear();
+    height.clear();
+    tangent.clear();
+    uv.clear();
+    color.clear();
+    index.clear();
+    auxC.clear();
+    auxD.clear();
+    auxE.clear();
+}
+
+}  // namespace Kinetra
