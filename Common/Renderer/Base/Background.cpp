@@ -1,0 +1,56 @@
+#include "Common/Renderer/Base/Background.h"
+
+#include <cmath>
+
+#include "Common/Platform/Log.h"
+#include "Common/Renderer/Base/Texture.h"
+
+namespace vi {
+
+Background::Background(Texture& texture) : mTexture(&texture) {
+    mDrawable.mMode = GL_TRIANGLE_STRIP;
+    mDrawable.mDimension = 2;
+    mDrawable.mModelMatrix = glm::mat4(1.0f);
+    mDrawable.mOpacity = 1.0f;
+    mDrawable.mTexture = &texture;
+    mDrawable.mPositions2 = {{-1.0f, 1.0f}, {1.0f, 1.0f}, {-1.0f, -1.0f}, {1.0f, -1.0f}};
+    mDrawable.mTextureCoords = {{0.0f, 0.0f}, {1.0f, 0.0f}, {0.0f, 1.0f}, {1.0f, 1.0f}};
+    mRenderer = std::make_unique<BackgroundRenderer>(mDrawable);
+}
+
+Background::~Background() {
+    mRenderer.reset();
+    mDrawable.mPositions2 = {};
+    mDrawable.mTextureCoords = {};
+}
+
+void Background::setScreenSize(unsigned width, unsigned height) {
+    if (width == 0 || height == 0 || mTexture->mWidth == 0 || mTexture->mHeight == 0) {
+        qam::logError("Background: screen %ux%u over texture %ux%u has no aspect, crop kept", width,
+                      height, mTexture->mWidth, mTexture->mHeight);
+        return;
+    }
+    const float rx = float(width) / float(mTexture->mWidth);
+    const float ry = float(height) / float(mTexture->mHeight);
+    float u0 = 0.0f;
+    float u1 = 1.0f;
+    float v0 = 0.0f;
+    float v1 = 1.0f;
+    if (rx < ry) {
+        const float d = std::fabs(rx / ry - 1.0f) * 0.5f;
+        u0 = d;
+        u1 = 1.0f - d;
+    } else {
+        const float d = std::fabs(ry / rx - 1.0f) * 0.5f;
+        v0 = d;
+        v1 = 1.0f - d;
+    }
+    mDrawable.mTextureCoords = {{u0, v0}, {u1, v0}, {u0, v1}, {u1, v1}};
+    mRenderer->updateTextureCoords();
+}
+
+void Background::renderFrame() {
+    mRenderer->draw();
+}
+
+}  // namespace vi
