@@ -1,13 +1,14 @@
 # Thin wrapper over CMake. `make demo` renders with the preview tool, `make test` runs
-# every test twice: plainly and under AddressSanitizer + UndefinedBehaviorSanitizer, then
-# runs the libFuzzer targets for a bounded time.
+# every test twice: plainly and under AddressSanitizer + UndefinedBehaviorSanitizer, the
+# threaded host tests under ThreadSanitizer, then the libFuzzer targets for a bounded time.
 BUILD       ?= build
 BUILD_ASAN  ?= build-asan
+BUILD_TSAN  ?= build-tsan
 BUILD_FUZZ  ?= build-fuzz
 JOBS        ?= $(shell nproc)
 CTEST_FLAGS ?= --output-on-failure -j $(JOBS) --timeout 600
 
-.PHONY: all setup build demo test test-plain test-sanitize test-fuzz format
+.PHONY: all setup build demo test test-plain test-sanitize test-threads test-fuzz format
 
 all: build
 
@@ -21,7 +22,7 @@ build: setup
 demo: build
 	bash scripts/demo.sh $(BUILD)
 
-test: test-plain test-sanitize test-fuzz
+test: test-plain test-sanitize test-threads test-fuzz
 
 test-plain: build
 	cd $(BUILD) && ctest $(CTEST_FLAGS)
@@ -30,6 +31,12 @@ test-sanitize: setup
 	cmake -S . -B $(BUILD_ASAN) -DCMAKE_BUILD_TYPE=Debug -DTALVEQAM_SANITIZE=ON
 	cmake --build $(BUILD_ASAN) -j $(JOBS)
 	cd $(BUILD_ASAN) && ctest $(CTEST_FLAGS)
+
+# Only what runs on several threads: the host driven from two of them.
+test-threads: setup
+	cmake -S . -B $(BUILD_TSAN) -DCMAKE_BUILD_TYPE=Debug -DTALVEQAM_TSAN=ON -DTALVEQAM_BENCHMARKS=OFF
+	cmake --build $(BUILD_TSAN) -j $(JOBS) --target test_Common_Native qam_null_effect
+	cd $(BUILD_TSAN) && TSAN_OPTIONS=halt_on_error=1 ctest $(CTEST_FLAGS) -R '^HostThreadsTest'
 
 test-fuzz: setup
 	JOBS=$(JOBS) bash scripts/fuzz.sh $(BUILD_FUZZ)

@@ -17,6 +17,8 @@ void argbToRgba(uint32_t* pixels, size_t count, bool opaque, void* rgba) {
     const __m128i keep = _mm_set1_epi32(static_cast<int>(0xFF00FF00u));
     const __m128i lowByte = _mm_set1_epi32(0xFF);
     const __m128i alphaBits = _mm_set1_epi32(static_cast<int>(alpha));
+    // The copy is not read again soon: aligned, it bypasses the cache.
+    const bool streamOut = (reinterpret_cast<uintptr_t>(out) & 15) == 0;
     for (; i + 4 <= count; i += 4) {
         const __m128i v = _mm_loadu_si128(reinterpret_cast<const __m128i*>(pixels + i));
         const __m128i red = _mm_and_si128(_mm_srli_epi32(v, 16), lowByte);
@@ -24,8 +26,13 @@ void argbToRgba(uint32_t* pixels, size_t count, bool opaque, void* rgba) {
         const __m128i swapped =
             _mm_or_si128(_mm_or_si128(_mm_and_si128(v, keep), alphaBits), _mm_or_si128(red, blue));
         _mm_storeu_si128(reinterpret_cast<__m128i*>(pixels + i), swapped);
-        _mm_storeu_si128(reinterpret_cast<__m128i*>(out + i), swapped);
+        if (streamOut) {
+            _mm_stream_si128(reinterpret_cast<__m128i*>(out + i), swapped);
+        } else {
+            _mm_storeu_si128(reinterpret_cast<__m128i*>(out + i), swapped);
+        }
     }
+    _mm_sfence();
 #elif defined(__ARM_NEON)
     const uint32x4_t keep = vdupq_n_u32(0xFF00FF00u);
     const uint32x4_t lowByte = vdupq_n_u32(0xFFu);

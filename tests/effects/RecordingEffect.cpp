@@ -55,8 +55,10 @@ class TimedAnimation : public vi::IAnimation {
     bool mRunning = false;
 };
 
+// Built before and destroyed after the Effect base, which stops the animations as it dies.
 struct RecordingAnimations {
     vi::AnimationManager<RecordingAnimations> mAnimations;
+    TimedAnimation mAnimation;
 };
 
 class RecordingEffect : private RecordingAnimations, public vi::Effect {
@@ -120,7 +122,6 @@ class RecordingEffect : private RecordingAnimations, public vi::Effect {
     vi::Drawable mDrawable;
     vi::Renderer* mRenderer;
     glm::vec4 mColor{0.0f, 0.0f, 0.0f, 1.0f};
-    TimedAnimation mAnimation;
 };
 
 }  // namespace

@@ -1,0 +1,106 @@
+// The host's per-frame and per-texture costs: ARGB to RGBA conversion against memcpy, the CPU
+// time of draw() around an effect that does nothing, and heap allocations per frame.
+#include <benchmark/benchmark.h>
+
+#include <atomic>
+#include <cstdlib>
+#include <cstring>
+#include <new>
+#include <vector>
+
+#include "Common/Effect/AnimationManager.h"
+#include "Common/Effect/Effect.h"
+#include "Common/Native/Host.h"
+#include "Common/Native/PixelConversion.h"
+#include "Common/Platform/HeadlessContext.h"
+
+namespace {
+
+std::atomic<long> gAllocations{0};
+
+constexpr size_t kScreenPixels = 1440 * 3200;
+
+void BM_ArgbToRgba(benchmark::State& state) {
+    std::vector<uint32_t> pixels(kScreenPixels, 0x80112233u);
+    std::vector<uint32_t> rgba(kScreenPixels);
+    for (auto _ : state) {
+        qam::host::argbToRgba(pixels.data(), pixels.size(), false, rgba.data());
+        benchmark::ClobberMemory();
+    }
+    state.SetBytesProcessed(state.iterations() * int64_t(kScreenPixels * 4));
+}
+BENCHMARK(BM_ArgbToRgba)->Unit(benchmark::kMicrosecond);
+
+void BM_Memcpy(benchmark::State& state) {
+    std::vector<uint32_t> pixels(kScreenPixels, 0x80112233u);
+    std::vector<uint32_t> copy(kScreenPixels);
+    for (auto _ : state) {
+        memcpy(copy.data(), pixels.data(), kScreenPixels * 4);
+        benchmark::ClobberMemory();
+    }
+    state.SetBytesProcessed(state.iterations() * int64_t(kScreenPixels * 4));
+}
+BENCHMARK(BM_Memcpy)->Unit(benchmark::kMicrosecond);
+
+struct IdleAnimations {
+    vi::AnimationManager<IdleAnimations> mAnimations;
+};
+
+// An effect whose hooks do nothing.
+class IdleEffect : private IdleAnimations, public vi::Effect {
+  public:
+    IdleEffect() : Effect(&mAnimations) { makeCurrent(); }
+    void initPortrait() override {}
+    void initLandscape() override {}
+    bool draw() override { return false; }
+};
+
+qam::HeadlessContext& context() {
+    static qam::HeadlessContext* headless = new qam::HeadlessContext(64, 64);
+    return *headless;
+}
+
+// One frame: `touches` queued moves, then draw().
+void BM_Draw(benchmark::State& state) {
+    context().makeCurrent();
+    vi::HostInstance slot;
+    slot.set(new IdleEffect());
+    vi::Host::init(slot, 64, 64, false);
+    const int touches = static_cast<int>(state.range(0));
+    for (int i = 0; i < 3; ++i) {  // settle the queue's storage
+        for (int t = 0; t < touches; ++t) {
+            vi::Host::onTouch(slot, t, t, 2);
+        }
+        vi::Host::draw(slot);
+    }
+    const long before = gAllocations.load();
+    for (auto _ : state) {
+        for (int t = 0; t < touches; ++t) {
+            vi::Host::onTouch(slot, t, t, 2);
+        }
+        benchmark::DoNotOptimize(vi::Host::draw(slot));
+    }
+    state.counters["allocations/frame"] =
+        double(gAllocations.load() - before) / double(state.iterations());
+    vi::Host::destroy(slot);
+}
+BENCHMARK(BM_Draw)->Arg(0)->Arg(64);
+
+}  // namespace
+
+// Counts every allocation made through operator new in this program. GCC takes the free() in
+// a replacement operator delete for a mismatch.
+#pragma GCC diagnostic ignored "-Wmismatched-new-delete"
+void* operator new(size_t size) {
+    ++gAllocations;
+    if (void* memory = malloc(size == 0 ? 1 : size)) {
+        return memory;
+    }
+    throw std::bad_alloc();
+}
+void operator delete(void* memory) noexcept {
+    free(memory);
+}
+void operator delete(void* memory, size_t) noexcept {
+    free(memory);
+}
