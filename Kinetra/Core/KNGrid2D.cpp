@@ -54,7 +54,7 @@ void KNGrid2D::getNodesOfCell(const int& i, const int& j, int* nodes) {
 }
 
 void KNGrid2D::setGrid(const int& nx, const int& ny, const double& dx, const double& dy) {
-    // The messages say setGrid2D, the name this operation once had; kept word for word.
+    // The messages name setGrid2D rather than setGrid; they are kept word for word.
     if (nx < 1 || ny < 1) {
         std::cout << "Error@KNGrid2D::setGrid2D(): Invalid resolution." << std::endl;
         return;
