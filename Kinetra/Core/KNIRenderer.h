@@ -33,6 +33,9 @@ class TALVEQAM_EXPORT KNIRenderer {
     // Defaults, the matrix manager, then initRender(width, height).
     void initialize(float width, float height);
     void setScreenSize(float width, float height);
+    // Width and height: 720 x 1280 unless set; the size given to initialize.
+    const float* getScreenSize() const { return mScreenSize; }
+    const float* getRenderSize() const { return mRenderSize; }
     void setMesh(KNMesh* mesh) { mMesh = mesh; }
     KNMesh* getMesh() { return mMesh; }
     void createShaderProgram(const char* vertexSource, const char* fragmentSource);

@@ -385,8 +385,12 @@ TEST(KNIRendererState, InitializeSetsTheDefaults) {
     renderer.setScale(3, 3, 3);
     renderer.setTranslate(1, 2, 3);
     renderer.setRotate(4, 5, 6, 7);
+    renderer.setScreenSize(1, 2);
     renderer.initialize(100, 200);
     EXPECT_FALSE(renderer.getVisible());  // left as it was
+    EXPECT_EQ(renderer.getScreenSize()[0], 720.0f);
+    EXPECT_EQ(renderer.getScreenSize()[1], 1280.0f);
+    EXPECT_EQ(renderer.getRenderSize()[1], 200.0f);
     EXPECT_NE(renderer.getMVPManager(), nullptr);
     for (int k = 0; k < 4; ++k) {
         EXPECT_EQ(renderer.getColor()[k], 1.0f);
