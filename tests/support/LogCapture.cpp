@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
-#include <regex>
+#include <sstream>
 
 namespace qam::test {
 
@@ -38,25 +38,44 @@ std::string LogCapture::text() {
     return content;
 }
 
+namespace {
+
+// Splits "<tag> <priority> <date> <time> <pid> <tid> <message>" into a record; false when
+// the line is a continuation of the previous message.
+bool parseHeader(const std::string& line, LogRecord& record) {
+    std::istringstream in(line);
+    std::string tag, priority, date, time, pid, tid;
+    if (!(in >> tag >> priority >> date >> time >> pid >> tid)) {
+        return false;
+    }
+    const bool looksLikeHeader =
+        priority.size() == 1 && std::string("VDIWEF").find(priority[0]) != std::string::npos &&
+        date.size() == 5 && date[2] == '-' && time.size() >= 8 && time[2] == ':' &&
+        pid.find_first_not_of("0123456789") == std::string::npos &&
+        tid.find_first_not_of("0123456789") == std::string::npos;
+    if (!looksLikeHeader) {
+        return false;
+    }
+    in.get();  // the one space before the message
+    record.tag = tag;
+    record.priority = priority[0];
+    std::getline(in, record.message);
+    return true;
+}
+
+}  // namespace
+
 std::vector<LogRecord> LogCapture::records() {
-    static const std::regex header(
-        R"(^(\S+) ([VDIWEF]) \d\d-\d\d \d\d:\d\d:\d\d(?:\.\d+)? +\d+ +\d+ (.*)$)");
     std::vector<LogRecord> result;
-    const std::string all = text();
-    size_t start = 0;
-    while (start < all.size()) {
-        size_t end = all.find('\n', start);
-        if (end == std::string::npos) {
-            end = all.size();
-        }
-        const std::string line = all.substr(start, end - start);
-        std::smatch match;
-        if (std::regex_match(line, match, header)) {
-            result.push_back({match[1], match[2].str()[0], match[3]});
+    std::istringstream all(text());
+    std::string line;
+    while (std::getline(all, line)) {
+        LogRecord record;
+        if (parseHeader(line, record)) {
+            result.push_back(record);
         } else if (!result.empty()) {
             result.back().message += "\n" + line;  // continuation of a multi-line message
         }
-        start = end + 1;
     }
     return result;
 }
