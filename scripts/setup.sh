@@ -12,6 +12,7 @@ packages=(
   googletest libgtest-dev libgmock-dev libbenchmark-dev
   libpng-dev libgif-dev libx11-dev xvfb xauth
   glslang-tools
+  g++-aarch64-linux-gnu g++-arm-linux-gnueabihf
 )
 
 missing=()
