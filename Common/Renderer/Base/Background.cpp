@@ -50,6 +50,9 @@ void Background::setScreenSize(unsigned width, unsigned height) {
 }
 
 void Background::renderFrame() {
+    // A short-lived background (the host's drawBgOnly makes one) destroys the shared program
+    // when it goes: take the live one, made again if need be, rather than draw with a freed one.
+    mRenderer->mProgram = BackgroundRenderer::getShaderProgram();
     mRenderer->draw();
 }
 

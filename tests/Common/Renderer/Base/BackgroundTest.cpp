@@ -121,6 +121,16 @@ TEST_F(BackgroundTest, RenderersOfAnEffectShareOneProgramThatTheFirstToGoDestroy
     EXPECT_TRUE(mShaders.empty());
 }
 
+TEST_F(BackgroundTest, ABackgroundStillDrawsAfterAShortLivedOneDestroyedTheSharedProgram) {
+    Background kept(mTexture);
+    kept.setScreenSize(kWidth, kHeight);
+    delete new Background(mTexture);  // what drawBgOnly does each time
+    EXPECT_TRUE(mShaders.empty());
+    kept.renderFrame();
+    EXPECT_EQ(pixel(1, 1), cellColour(1, 3));
+    EXPECT_EQ(mShaders, std::vector<ShaderProgram*>{kept.mRenderer->mProgram});
+}
+
 TEST_F(BackgroundTest, AnotherEffectGetsItsOwnProgramUnderTheSameId) {
     vi::Drawable drawable;
     auto* here = new BackgroundRenderer(drawable);
