@@ -1,24 +1,27 @@
 #include "Kinetra/Layers/Implementation/RadialQuad.h"
 
+#include "Kinetra/Layers/Implementation/BrushQuad.h"
+
 namespace qam {
 
 void buildRadialQuad(Kinetra::KNMesh& mesh, const float position[3], int rectAlign, float width,
                      float height) {
-    float x0 = position[0];
-    float y0 = position[1];
-    if (rectAlign == 1) {
-        x0 -= 0.5f * width;
-        y0 -= 0.5f * height;
-    }
+    const Kinetra::KNVector2D<float> corner = quadCorner(position, rectAlign, width, height);
     mesh.vertex.clear();
-    mesh.vertex.push_back({x0, y0, 0});
-    mesh.vertex.push_back({x0 + width, y0, 0});
-    mesh.vertex.push_back({x0, y0 + height, 0});
-    mesh.vertex.push_back({x0 + width, y0 + height, 0});
+    mesh.vertex.push_back({corner.x, corner.y, 0});
+    mesh.vertex.push_back({corner.x + width, corner.y, 0});
+    mesh.vertex.push_back({corner.x, corner.y + height, 0});
+    mesh.vertex.push_back({corner.x + width, corner.y + height, 0});
     mesh.index.clear();
     for (unsigned short i = 0; i < 4; ++i) {
         mesh.index.push_back(i);
     }
+}
+
+void fillRadialUV(Kinetra::KNIRenderer& renderer, Kinetra::KNMesh& mesh) {
+    mesh.uv.clear();
+    appendBaseUV(mesh.uv);
+    renderer.setMesh(&mesh);
 }
 
 }  // namespace qam
