@@ -4,6 +4,8 @@
 
 #include "Kinetra/Core/KNMesh.h"
 #include "Kinetra/Layers/KNDrawAdvectColorBrush.h"
+#include "Kinetra/Layers/KNDrawBGAdvectColorBrush.h"
+#include "Kinetra/Layers/KNDrawMixColorBrush.h"
 #include "tests/Kinetra/Layers/LayerTestSupport.h"
 #include "tests/support/GLTest.h"
 
@@ -26,7 +28,9 @@ void expectVertices(const KNMesh& mesh, const std::vector<std::array<float, 2>>&
 template <typename Brush>
 class ColorBrushQuadTest : public GLTest {};
 
-using ColorBrushes = ::testing::Types<Kinetra::KNDrawAdvectColorBrush>;
+using ColorBrushes =
+    ::testing::Types<Kinetra::KNDrawAdvectColorBrush, Kinetra::KNDrawBGAdvectColorBrush,
+                     Kinetra::KNDrawMixColorBrush>;
 TYPED_TEST_SUITE(ColorBrushQuadTest, ColorBrushes);
 
 TYPED_TEST(ColorBrushQuadTest, FourthCornerTakesItsHeightFromX0) {

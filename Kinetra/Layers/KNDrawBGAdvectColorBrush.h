@@ -1,0 +1,89 @@
+#pragma once
+
+#include "Common/Platform/Export.h"
+
+namespace Kinetra {
+
+class KNMesh;
+class KNMVPManager;
+class KNShaderManager;
+
+// Advects the previous frame ("uTexMap") along a radial field and a noise field over a
+// background image ("uOriginal"), which shows where no field is present. No drift back, no
+// radial colour. One quad, one pass; the caller binds the target and hands the previous result
+// back through setFBOID. Textures are GL names it never owns; 0xFFFFFFFF means unset and is
+// bound as it is. GL thread only.
+class TALVEQAM_EXPORT KNDrawBGAdvectColorBrush {
+  public:
+    static constexpr unsigned int kUnsetTexture = 0xFFFFFFFFu;
+
+    KNDrawBGAdvectColorBrush();
+    ~KNDrawBGAdvectColorBrush();
+    KNDrawBGAdvectColorBrush(const KNDrawBGAdvectColorBrush&) = delete;
+    KNDrawBGAdvectColorBrush& operator=(const KNDrawBGAdvectColorBrush&) = delete;
+
+    // The last argument is not used. Calling it again rebuilds the program and the quad,
+    // appends the coordinates once more and writes the scalars' defaults again.
+    void initialize(float width, float height, int);
+    void createRectTextureShader();
+    void createRectVertex(float width, float height);
+    void createTextureUV();
+    void draw();
+    // The program's context is gone: forget its name without deleting it.
+    void contextChanged();
+
+    // Also forgets the background texture: hand it in again.
+    void resizeSurface(float width, float height);
+    void setSize(float width, float height);
+    void setPosition(float x, float y, float z);
+    // Taken at the next quad rebuild. 1 centres the quad on the position.
+    void setRectAlign(int mode);
+    void setColor(float r, float g, float b, float a);
+    // Forwarded to the matrices; nothing before initialize.
+    void setTranslate(float x, float y, float z);
+    void setRotate(float angle, float x, float y, float z);
+    void setScale(float x, float y, float z);
+
+    // By name through KNTextureManager; the flag is not used.
+    void setBGTexture(const char* name, bool);
+    void changeBGTextureID(unsigned int texture);
+    void setFBOID(unsigned int texture);
+    void setVelocityRadialTextureID(unsigned int velocity, unsigned int radial);
+    // Stored times 125.
+    void setNoiseVectorScalar(float scalar);
+    // Stored times 18.525.
+    void setRadialVectorScalar(float scalar);
+
+    KNMesh* getMesh() { return mMesh; }
+    KNMVPManager* getMVPManager() { return mMVP; }
+    KNShaderManager* getShaderManager() { return mShader; }
+    const float* getColor() const { return mColor; }
+    const float* getPosition() const { return mPosition; }
+    int getRectAlign() const { return mRectAlign; }
+    int getSurfaceWidth() const { return mSurfaceWidth; }
+    int getSurfaceHeight() const { return mSurfaceHeight; }
+    unsigned int getFBOID() const { return mFBOTexture; }
+    unsigned int getVelocityTextureID() const { return mVelocityTexture; }
+    unsigned int getRadialTextureID() const { return mRadialTexture; }
+    unsigned int getBGTextureID() const { return mBGTexture; }
+    float getNoiseVectorScalar() const { return mNoiseVectorScalar; }
+    float getRadialVectorScalar() const { return mRadialVectorScalar; }
+
+  private:
+    KNMesh* mMesh;
+    KNMVPManager* mMVP;
+    KNShaderManager* mShader;
+    float mColor[4];
+    float mPosition[3];
+    unsigned int mFBOTexture;
+    unsigned int mVelocityTexture;
+    unsigned int mRadialTexture;
+    unsigned int mBGTexture;
+    int mRectAlign;
+    int mSurfaceWidth;
+    int mSurfaceHeight;
+    float mNoiseVectorScalar;
+    float mRadialVectorScalar;
+};
+
+}  // namespace Kinetra
