@@ -4,6 +4,7 @@
 #include <cmath>
 #include <filesystem>
 
+#include "Kinetra/Core/KNTextureManager.h"
 #include "examples/common/Png.h"
 
 namespace qam::test {
@@ -38,6 +39,16 @@ LayerTexture::~LayerTexture() {
     if (mId != 0) {
         glDeleteTextures(1, &mId);
     }
+}
+
+unsigned int namedTexture(const char* name, int width, int height, std::vector<uint8_t> rgba) {
+    Kinetra::KNTextureManager* textures = Kinetra::KNTextureManager::getInstancePtr();
+    textures->setTextureMagFilterOption(GL_NEAREST);
+    return textures->setTexture(name, rgba.data(), width, height);
+}
+
+unsigned int namedTexture(const char* name, Texel colour) {
+    return namedTexture(name, 1, 1, std::vector<uint8_t>(colour.begin(), colour.end()));
 }
 
 std::unique_ptr<Kinetra::KNFBO> boundTarget(int width, int height, Texel clear) {

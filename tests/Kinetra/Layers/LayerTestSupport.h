@@ -41,6 +41,12 @@ class LayerTexture {
     GLuint mId = 0;
 };
 
+// Uploads width x height RGBA bytes through KNTextureManager under `name`, with nearest
+// filtering, for the layers' by-name setters; returns the texture's id.
+unsigned int namedTexture(const char* name, int width, int height, std::vector<uint8_t> rgba);
+// One colour over a 1 x 1 texture.
+unsigned int namedTexture(const char* name, Texel colour);
+
 // A KNFBO of width x height, created, bound with its viewport and cleared to `clear`.
 std::unique_ptr<Kinetra::KNFBO> boundTarget(int width, int height, Texel clear = {0, 0, 0, 0});
 
