@@ -23,13 +23,7 @@ using qam::test::channel;
 using qam::test::GLTest;
 using qam::test::kLayerTolerance;
 using qam::test::LogCapture;
-
-// A 1 x 1 texture of one colour registered by name with the texture manager.
-unsigned int namedTexel(const char* name, unsigned char r, unsigned char g, unsigned char b,
-                        unsigned char a) {
-    unsigned char texel[4] = {r, g, b, a};
-    return KNTextureManager::getInstancePtr()->setTexture(name, texel, 1, 1);
-}
+using qam::test::namedTexture;
 
 void expectVertex(const KNMesh& mesh, size_t i, float x, float y) {
     ASSERT_LT(i, mesh.vertex.size());
@@ -105,7 +99,7 @@ TEST_F(KNDrawRadialColorBrushTest, BuildsTheTrueRectangleAndRefillsItsIndices) {
     expectVertex(mesh, 3, 160, 120);
 
     // A new surface size keeps the coordinates and forgets the mask.
-    const unsigned int mask = namedTexel("mask", 255, 255, 255, 255);
+    const unsigned int mask = namedTexture("mask", {255, 255, 255, 255});
     brush.setMaskTexture("mask");
     EXPECT_EQ(brush.getMaskTextureID(), mask);
     brush.resizeSurface(400, 100);
@@ -117,7 +111,7 @@ TEST_F(KNDrawRadialColorBrushTest, BuildsTheTrueRectangleAndRefillsItsIndices) {
 }
 
 TEST_F(KNDrawRadialColorBrushTest, PointsTowardsItsCentreWithASoftCore) {
-    namedTexel("mask", 255, 255, 255, 255);
+    namedTexture("mask", {255, 255, 255, 255});
     KNDrawRadialColorBrush brush;
     centreOn(brush, 50.5f, 32.5f);
     brush.setMaskTexture("mask");
@@ -142,7 +136,7 @@ TEST_F(KNDrawRadialColorBrushTest, PointsTowardsItsCentreWithASoftCore) {
 }
 
 TEST_F(KNDrawRadialColorBrushTest, ScalesTheFieldByTheScreenRatio) {
-    namedTexel("mask", 255, 255, 255, 255);
+    namedTexture("mask", {255, 255, 255, 255});
     KNDrawRadialColorBrush brush;
     centreOn(brush, 32.5f, 50.5f);
     brush.setMaskTexture("mask");
@@ -167,7 +161,7 @@ TEST_F(KNDrawRadialColorBrushTest, ScalesTheFieldByTheScreenRatio) {
 }
 
 TEST_F(KNDrawRadialColorBrushTest, ClampsTheFadeAndBlendsOverTheTarget) {
-    namedTexel("mask", 255, 255, 255, 102);  // coverage 0.4
+    namedTexture("mask", {255, 255, 255, 102});  // coverage 0.4
     KNDrawRadialColorBrush brush;
     centreOn(brush, 50.5f, 32.5f);
     brush.setMaskTexture("mask");
@@ -203,7 +197,7 @@ TEST_F(KNDrawRadialColorBrushTest, ClampsTheFadeAndBlendsOverTheTarget) {
 }
 
 TEST_F(KNDrawRadialColorBrushTest, DrawsTheSameAfterALostContext) {
-    namedTexel("mask", 255, 255, 255, 200);
+    namedTexture("mask", {255, 255, 255, 200});
     KNDrawRadialColorBrush brush;
     centreOn(brush, 20.5f, 40.5f);
     brush.setMaskTexture("mask");
@@ -223,7 +217,7 @@ TEST_F(KNDrawRadialColorBrushTest, DrawsTheSameAfterALostContext) {
         EXPECT_EQ(log.messages().size(), 1u);
         EXPECT_EQ(pixel(40, 32), 0u);
     }
-    namedTexel("mask", 255, 255, 255, 200);
+    namedTexture("mask", {255, 255, 255, 200});
     brush.setMaskTexture("mask");
     centreOn(brush, 20.5f, 40.5f);
     brush.draw();
@@ -258,7 +252,7 @@ TEST_F(KNDrawRadialColorBrushTest, GuardsBadInputAndBindsUnsetTexturesAsTheyAre)
     brush.draw();
     EXPECT_NEAR(channel(pixel(40, 32), 24), 0.55 * 255, kLayerTolerance);
     EXPECT_EQ(channel(pixel(40, 32), 0), 255);
-    namedTexel("clear", 0, 0, 0, 0);
+    namedTexture("clear", {0, 0, 0, 0});
     brush.setMaskTexture("clear");
     glClear(GL_COLOR_BUFFER_BIT);
     brush.draw();
