@@ -1,0 +1,28 @@
+#pragma once
+
+#include <string>
+
+namespace qam::preview {
+
+// What the command line asks for.
+struct Options {
+    std::string effect;  // empty: the default sample
+    int frames = 0;      // 0: not given
+    int width = 360;
+    int height = 640;
+    std::string background;
+    std::string script;
+    std::string out = "out";
+    bool outGiven = false;
+    std::string assets;  // empty: the effect library's folder
+    double rate = 30.0;
+    bool window = false;
+    bool help = false;
+};
+
+// Reads argv; false with a one-line reason in `error` on a bad command line.
+bool parseOptions(int argc, char** argv, Options& options, std::string& error);
+
+extern const char* const kUsageText;
+
+}  // namespace qam::preview
