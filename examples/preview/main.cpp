@@ -57,6 +57,92 @@ int frameCount(const Options& options, const Script& script) {
     return std::max(kDefaultFrames, script.lastFrame() + 1);
 }
 
+// The timeline: input, one draw and the read-back per frame. Returns the frames drawn, or
+// -1 after a failure it has reported.
+int drawFrames(const Options& options, const Script& script, Surface& surface, Session& session,
+               RunOutput* output, Clock::duration& drawing) {
+    const int frames = frameCount(options, script);
+    Progress progress(frames);
+    const Clock::time_point start = Clock::now();
+    size_t next = 0;
+    int frame = 0;
+    for (; frames == 0 || frame < frames; ++frame) {
+        if (options.rate > 0.0) {
+            std::this_thread::sleep_until(start +
+                                          std::chrono::duration_cast<Clock::duration>(
+                                              std::chrono::duration<double>(frame / options.rate)));
+        }
+        if (!surface.poll(session)) {
+            break;
+        }
+        for (; next < script.events.size() && script.events[next].frame == frame; ++next) {
+            session.apply(script.events[next]);
+        }
+        const Clock::time_point before = Clock::now();
+        session.draw();
+        glFinish();
+        drawing += Clock::now() - before;
+        std::string error;
+        if (output != nullptr &&
+            !output->add(frame, qam::readFramebuffer(options.width, options.height), error)) {
+            fail(error);
+            return -1;
+        }
+        surface.present();
+        progress.update(frame + 1);
+    }
+    return frame;
+}
+
+void report(const Options& options, const RunOutput* output, int frames, Clock::duration drawing) {
+    if (output != nullptr) {
+        printf("qam-preview: %d frames of %dx%d in %s/\n", frames, options.width, options.height,
+               options.out.c_str());
+        if (frames > 0) {
+            printf("  %s ... %s\n", output->framePath(0).c_str(),
+                   output->framePath(frames - 1).c_str());
+            printf("  %s\n", output->sheetPath().c_str());
+        }
+        printf("  %s\n", output->gifPath().c_str());
+    }
+    const double seconds = std::chrono::duration<double>(drawing).count();
+    printf("qam-preview: %.1f frames per second (%d frames drawn in %.3f s)\n",
+           seconds > 0.0 ? frames / seconds : 0.0, frames, seconds);
+}
+
+// Loads the effect on `surface` and runs it; the exit status.
+int host(const Options& options, const std::string& effect, const Script& script,
+         const qam::Image& background, Surface& surface, const std::string& assets) {
+    Session session;
+    std::string error;
+    if (!session.loadEffect(effect, error)) {
+        return fail(error);
+    }
+    // As the Java side does: textures after init, whose first step drops static pixels.
+    session.init(options.width, options.height);
+    if (!loadResources(session, background, assets)) {
+        return kFailed;
+    }
+    std::optional<RunOutput> output;
+    if (!options.window || options.outGiven) {
+        output.emplace(options.out, options.width, options.height);
+        if (!output->open(options.rate, error)) {
+            return fail(error);
+        }
+    }
+    RunOutput* pictures = output ? &*output : nullptr;
+    Clock::duration drawing{};
+    const int frames = drawFrames(options, script, surface, session, pictures, drawing);
+    if (frames < 0) {
+        return kFailed;
+    }
+    if (output && !output->finish(error)) {
+        return fail(error);
+    }
+    report(options, pictures, frames, drawing);
+    return 0;
+}
+
 int run(const Options& options, const std::string& effect, const Script& script,
         const qam::Image& background) {
     std::unique_ptr<Surface> surface;
@@ -71,76 +157,7 @@ int run(const Options& options, const std::string& effect, const Script& script,
     }
     const std::string assets = options.assets.empty() ? folderOf(effect) : options.assets;
     vi::File::getAssetManager() = vi::AssetDirectory::open(assets);
-
-    std::string error;
-    int status = 0;
-    {
-        Session session;
-        if (!session.loadEffect(effect, error)) {
-            status = fail(error);
-        } else {
-            // As the Java side does: textures after init, whose first step drops static pixels.
-            session.init(options.width, options.height);
-            if (!loadResources(session, background, assets)) {
-                status = kFailed;
-            }
-        }
-        std::optional<RunOutput> output;
-        if (status == 0 && (!options.window || options.outGiven)) {
-            output.emplace(options.out, options.width, options.height);
-            if (!output->open(options.rate, error)) {
-                status = fail(error);
-            }
-        }
-
-        const int frames = frameCount(options, script);
-        Progress progress(frames);
-        Clock::duration drawing{};
-        const Clock::time_point start = Clock::now();
-        size_t next = 0;
-        int frame = 0;
-        for (; status == 0 && (frames == 0 || frame < frames); ++frame) {
-            if (options.rate > 0.0) {
-                std::this_thread::sleep_until(
-                    start + std::chrono::duration_cast<Clock::duration>(
-                                std::chrono::duration<double>(frame / options.rate)));
-            }
-            if (!surface->poll(session)) {
-                break;
-            }
-            for (; next < script.events.size() && script.events[next].frame == frame; ++next) {
-                session.apply(script.events[next]);
-            }
-            const Clock::time_point before = Clock::now();
-            session.draw();
-            glFinish();
-            drawing += Clock::now() - before;
-            if (output &&
-                !output->add(frame, qam::readFramebuffer(options.width, options.height), error)) {
-                status = fail(error);
-            }
-            surface->present();
-            progress.update(frame + 1);
-        }
-        if (status == 0 && output && !output->finish(error)) {
-            status = fail(error);
-        }
-        if (status == 0) {
-            if (output) {
-                printf("qam-preview: %d frames of %dx%d in %s/\n", frame, options.width,
-                       options.height, options.out.c_str());
-                if (frame > 0) {
-                    printf("  %s ... %s\n", output->framePath(0).c_str(),
-                           output->framePath(frame - 1).c_str());
-                    printf("  %s\n", output->sheetPath().c_str());
-                }
-                printf("  %s\n", output->gifPath().c_str());
-            }
-            const double seconds = std::chrono::duration<double>(drawing).count();
-            printf("qam-preview: %.1f frames per second (%d frames drawn in %.3f s)\n",
-                   seconds > 0.0 ? frame / seconds : 0.0, frame, seconds);
-        }
-    }
+    const int status = host(options, effect, script, background, *surface, assets);
     vi::AssetDirectory::close(vi::File::getAssetManager());
     vi::File::getAssetManager() = nullptr;
     return status;
