@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "Kinetra/Core/KNMesh.h"
+#include "Kinetra/Core/KNShaderManager.h"
 #include "tests/Kinetra/Layers/LayerTestSupport.h"
 #include "tests/support/GLTest.h"
 #include "tests/support/LogCapture.h"
@@ -221,6 +222,30 @@ TEST_F(KNDrawBrilliantRadialTest, MasksWithTheScreenAlphaShapeTimesThePattern) {
     landscape.setPatternTextureID(pattern.id());
     landscape.draw();
     expectQuadrantBlues(80, 48, {255, 102, 51, 204});
+}
+
+TEST_F(KNDrawBrilliantRadialTest, BindsAlphaShapeAndPatternToUnitsZeroAndOne) {
+    KNDrawBrilliantRadial layer;
+    cover(layer);
+    layer.setAlphaShapeTextureID(21);
+    layer.setPatternTextureID(22);
+    layer.draw();
+    const GLuint program = layer.getShaderManager()->getProgram();
+    const char* samplers[] = {"uAlphaMap", "uPatternMap"};
+    for (int unit = 0; unit < 2; ++unit) {
+        GLint value = -1;
+        glGetUniformiv(program, glGetUniformLocation(program, samplers[unit]), &value);
+        EXPECT_EQ(value, unit) << samplers[unit];
+        glActiveTexture(GL_TEXTURE0 + unit);
+        GLint bound = 0;
+        glGetIntegerv(GL_TEXTURE_BINDING_2D, &bound);
+        EXPECT_EQ(bound, 21 + unit) << samplers[unit];
+    }
+    glActiveTexture(GL_TEXTURE0);
+    // Its draw turns depth testing off whatever the renderer's option.
+    layer.setDepthTest(true);
+    layer.draw();
+    EXPECT_FALSE(glIsEnabled(GL_DEPTH_TEST));
 }
 
 TEST_F(KNDrawBrilliantRadialTest, DrawsTheSamePixelsAfterALostContext) {

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "Kinetra/Core/KNMesh.h"
+#include "Kinetra/Core/KNShaderManager.h"
 #include "Kinetra/Core/KNTextureManager.h"
 #include "tests/Kinetra/Layers/LayerTestSupport.h"
 #include "tests/support/GLTest.h"
@@ -264,6 +265,30 @@ TEST_F(KNDrawBrilliantRingTest, TheDiamondIsReadUpsideDownAndUnlitPixelsShowTheB
     images.bind(ring);
     ring.draw();
     EXPECT_PIXEL_NEAR(pixel(32, 32), rgba(179, 230, 255, 128), kLayerTolerance);
+}
+
+TEST_F(KNDrawBrilliantRingTest, BindsItsFiveImagesToUnitsZeroToFourInOrder) {
+    KNDrawBrilliantRing ring;
+    cover(ring);
+    ring.setBackgroundTextureID(11);
+    ring.setShineTextureID(12);
+    ring.setDiamondTextureID(13);
+    ring.setAlphaTextureID(14);
+    ring.setBlurTextureID(15);
+    ring.draw();
+    const GLuint program = ring.getShaderManager()->getProgram();
+    const char* samplers[] = {"uBackgroundMap", "uShineMap", "uDiamondMap", "uAlphaMap",
+                              "uBlurMap"};
+    for (int unit = 0; unit < 5; ++unit) {
+        GLint value = -1;
+        glGetUniformiv(program, glGetUniformLocation(program, samplers[unit]), &value);
+        EXPECT_EQ(value, unit) << samplers[unit];
+        glActiveTexture(GL_TEXTURE0 + unit);
+        GLint bound = 0;
+        glGetIntegerv(GL_TEXTURE_BINDING_2D, &bound);
+        EXPECT_EQ(bound, 11 + unit) << samplers[unit];
+    }
+    glActiveTexture(GL_TEXTURE0);
 }
 
 TEST_F(KNDrawBrilliantRingTest, DrawsTheSamePixelsAfterALostContext) {
