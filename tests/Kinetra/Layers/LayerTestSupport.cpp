@@ -74,4 +74,20 @@ std::string writeLayerFrame(const std::string& className, int width, int height)
     return writePng(path, readFramebuffer(width, height)) ? path : std::string();
 }
 
+::testing::AssertionResult leaveLayerFrame(const std::string& className, int width, int height) {
+    const std::string path = writeLayerFrame(className, width, height);
+    if (path.empty()) {
+        return ::testing::AssertionFailure() << "no frame written for " << className;
+    }
+    Image image;
+    if (!readPng(path, image)) {
+        return ::testing::AssertionFailure() << path << " does not read back";
+    }
+    if (image.width != width || image.height != height ||
+        image.rgba != readFramebuffer(width, height).rgba) {
+        return ::testing::AssertionFailure() << path << " differs from the framebuffer";
+    }
+    return ::testing::AssertionSuccess();
+}
+
 }  // namespace qam::test

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <GLES2/gl2.h>
+#include <gtest/gtest.h>
 
 #include <array>
 #include <cstdint>
@@ -62,5 +63,12 @@ std::string layerFramesDirectory();
 // Writes the bound framebuffer's width x height pixels to <directory>/<className>.png and
 // returns the path, or an empty string when it could not be written.
 std::string writeLayerFrame(const std::string& className, int width, int height);
+
+// The size of the frames left for a person to look at: a portrait phone screen.
+inline constexpr int kFrameWidth = 1080;
+inline constexpr int kFrameHeight = 1920;
+
+// writeLayerFrame, then a check that the file reads back as the framebuffer's pixels.
+::testing::AssertionResult leaveLayerFrame(const std::string& className, int width, int height);
 
 }  // namespace qam::test
