@@ -2,6 +2,8 @@
 
 #include <GLES2/gl2.h>
 
+#include <algorithm>
+#include <cmath>
 #include <cstdint>
 #include <vector>
 
@@ -17,13 +19,26 @@ using Kinetra::KNDrawRadialColorBrushColor;
 using Kinetra::KNTextureManager;
 using qam::test::channel;
 using qam::test::GLTest;
+using qam::test::kFrameHeight;
+using qam::test::kFrameWidth;
 using qam::test::kLayerTolerance;
 using qam::test::LogCapture;
 using qam::test::namedTexture;
+using qam::test::Texel;
+using qam::test::texels;
 
 constexpr uint32_t kRed = 0xFF0000FFu;
 constexpr uint32_t kBlue = 0x0000FFFFu;
 constexpr uint32_t kWhite = 0xFFFFFFFFu;
+
+// A disc of coverage 1 within 0.4 of the texture's centre, fading to 0 at 0.47.
+std::vector<uint8_t> disc() {
+    return texels(128, 128, [](int x, int y) {
+        const double r = std::hypot(x + 0.5 - 64, y + 0.5 - 64) / 128;
+        const double a = std::clamp((0.47 - r) / 0.07, 0.0, 1.0);
+        return Texel{255, 255, 255, static_cast<uint8_t>(std::lround(255 * a))};
+    });
+}
 
 class KNDrawRadialColorBrushColorTest : public GLTest {
   protected:
@@ -153,6 +168,34 @@ TEST_F(KNDrawRadialColorBrushColorTest, GuardsBadInput) {
     brush.draw();
     EXPECT_EQ(pixel(10, 12), kRed);
     EXPECT_EQ(log.messages().size(), 5u);
+}
+
+TEST_F(KNDrawRadialColorBrushColorTest, LeavesAFullSizeFrameToLookAt) {
+    auto target = qam::test::boundTarget(kFrameWidth, kFrameHeight, {0, 0, 0, 255});
+    namedTexture("disc", 128, 128, disc());
+    // Red across, green up the screen, blue falling across; 4 · index, read at u as 256 u - 2.
+    KNTextureManager::getInstancePtr()->setTextureMagFilterOption(GL_LINEAR);
+    std::vector<uint8_t> colours = texels(64, 64, [](int x, int y) {
+        return Texel{static_cast<uint8_t>(4 * x), static_cast<uint8_t>(4 * y),
+                     static_cast<uint8_t>(252 - 4 * x), 255};
+    });
+    KNTextureManager::getInstancePtr()->setTexture("colours", colours.data(), 64, 64);
+    KNDrawRadialColorBrushColor brush;
+    brush.initialize(kFrameWidth, kFrameHeight);
+    brush.setRectAlign(1);
+    brush.setSize(kFrameWidth, kFrameWidth);
+    brush.setPosition(540, 960, 0);
+    brush.setMaskTexture("disc");
+    brush.setColorTexture("colours");
+    brush.setResolutionRatio(1);
+    brush.draw();
+    // The screen's middle reads the image's middle.
+    const uint32_t middle = pixel(540, 960);
+    EXPECT_NEAR(channel(middle, 24), 256 * 540.5 / 1080 - 2, kLayerTolerance);
+    EXPECT_NEAR(channel(middle, 16), 256 * 960.5 / 1920 - 2, kLayerTolerance);
+    EXPECT_EQ(pixel(5, 5), 0x000000FFu);
+    EXPECT_TRUE(
+        qam::test::leaveLayerFrame("KNDrawRadialColorBrushColor", kFrameWidth, kFrameHeight));
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <GLES2/gl2.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <limits>
@@ -21,15 +22,28 @@ using Kinetra::KNMesh;
 using Kinetra::KNTextureManager;
 using qam::test::channel;
 using qam::test::GLTest;
+using qam::test::kFrameHeight;
+using qam::test::kFrameWidth;
 using qam::test::kLayerTolerance;
 using qam::test::LogCapture;
 using qam::test::namedTexture;
+using qam::test::Texel;
+using qam::test::texels;
 
 void expectVertex(const KNMesh& mesh, size_t i, float x, float y) {
     ASSERT_LT(i, mesh.vertex.size());
     EXPECT_FLOAT_EQ(mesh.vertex[i].x, x) << "vertex " << i;
     EXPECT_FLOAT_EQ(mesh.vertex[i].y, y) << "vertex " << i;
     EXPECT_EQ(mesh.vertex[i].z, 0.0f) << "vertex " << i;
+}
+
+// A disc of coverage 1 within 0.4 of the texture's centre, fading to 0 at 0.47.
+std::vector<uint8_t> disc() {
+    return texels(128, 128, [](int x, int y) {
+        const double r = std::hypot(x + 0.5 - 64, y + 0.5 - 64) / 128;
+        const double a = std::clamp((0.47 - r) / 0.07, 0.0, 1.0);
+        return Texel{255, 255, 255, static_cast<uint8_t>(std::lround(255 * a))};
+    });
 }
 
 class KNDrawRadialColorBrushTest : public GLTest {
@@ -258,6 +272,27 @@ TEST_F(KNDrawRadialColorBrushTest, GuardsBadInputAndBindsUnsetTexturesAsTheyAre)
     brush.draw();
     EXPECT_EQ(pixel(40, 32), 0u);
     EXPECT_TRUE(log.messages().empty());
+}
+
+TEST_F(KNDrawRadialColorBrushTest, LeavesAFullSizeFrameToLookAt) {
+    auto target = qam::test::boundTarget(kFrameWidth, kFrameHeight, {0, 0, 0, 255});
+    namedTexture("disc", 128, 128, disc());
+    KNDrawRadialColorBrush brush;
+    brush.initialize(kFrameWidth, kFrameHeight);
+    brush.setRectAlign(1);
+    brush.setSize(kFrameWidth, kFrameWidth);
+    brush.setPosition(540, 960, 0);
+    brush.setMaskTexture("disc");
+    brush.setTimeStep(0.8f);
+    brush.draw();
+    // 200 pixels left of the centre. Beyond about 256 pixels the squared length overflows
+    // mediump where it is a half float (llvmpipe's is) and the field reads (0.5, 0.5).
+    const uint32_t left = pixel(340, 960);
+    EXPECT_NEAR(channel(left, 24), 0.6 * 255, kLayerTolerance);
+    EXPECT_NEAR(channel(left, 16), 0.5 * 255, kLayerTolerance);
+    EXPECT_NEAR(channel(left, 8), 0.8 * 255, kLayerTolerance);
+    EXPECT_EQ(pixel(5, 5), 0x000000FFu);
+    EXPECT_TRUE(qam::test::leaveLayerFrame("KNDrawRadialColorBrush", kFrameWidth, kFrameHeight));
 }
 
 }  // namespace

@@ -2,6 +2,8 @@
 
 #include <GLES2/gl2.h>
 
+#include <algorithm>
+#include <cmath>
 #include <cstdint>
 #include <vector>
 
@@ -18,9 +20,22 @@ using Kinetra::KNMesh;
 using Kinetra::KNTextureManager;
 using qam::test::channel;
 using qam::test::GLTest;
+using qam::test::kFrameHeight;
+using qam::test::kFrameWidth;
 using qam::test::kLayerTolerance;
 using qam::test::LogCapture;
 using qam::test::namedTexture;
+using qam::test::Texel;
+using qam::test::texels;
+
+// A disc of coverage 1 within 0.4 of the texture's centre, fading to 0 at 0.47.
+std::vector<uint8_t> disc() {
+    return texels(128, 128, [](int x, int y) {
+        const double r = std::hypot(x + 0.5 - 64, y + 0.5 - 64) / 128;
+        const double a = std::clamp((0.47 - r) / 0.07, 0.0, 1.0);
+        return Texel{255, 255, 255, static_cast<uint8_t>(std::lround(255 * a))};
+    });
+}
 
 class KNDrawRadialWaterBrushTest : public GLTest {
   protected:
@@ -180,6 +195,34 @@ TEST_F(KNDrawRadialWaterBrushTest, GuardsBadInput) {
     EXPECT_EQ(brush.getMaskTextureID(), 0xFFFFFFFFu);
     EXPECT_EQ(brush.getGraphPow(), 0.0f);
     EXPECT_EQ(pixel(20, 20), 0u);
+}
+
+TEST_F(KNDrawRadialWaterBrushTest, LeavesAFullSizeFrameToLookAt) {
+    auto target = qam::test::boundTarget(kFrameWidth, kFrameHeight, {0, 0, 0, 255});
+    namedTexture("disc", 128, 128, disc());
+    // A profile strongest on a ring at 0.15 from the middle, within the reach of the field
+    // (about 256 pixels where mediump is a half float: the squared length overflows beyond).
+    namedTexture("ring", 128, 128, texels(128, 128, [](int x, int y) {
+                     const double r = std::hypot(x + 0.5 - 64, y + 0.5 - 64) / 128;
+                     const double p = std::clamp(1 - std::abs(r - 0.15) * 10, 0.0, 1.0);
+                     return Texel{static_cast<uint8_t>(std::lround(255 * p)), 0, 0, 255};
+                 }));
+    KNDrawRadialWaterBrush brush;
+    brush.initialize(kFrameWidth, kFrameHeight);
+    brush.setRectAlign(1);
+    brush.setSize(kFrameWidth, kFrameWidth);
+    brush.setPosition(540, 960, 0);
+    brush.setMaskTexture("disc");
+    brush.setGraphTexture("ring");
+    brush.setTimeStep(1);
+    brush.draw();
+    // On the ring, 162 pixels left of the centre: full strength, pointing right.
+    const uint32_t ring = pixel(378, 960);
+    EXPECT_NEAR(channel(ring, 24), 0.6 * 255, kLayerTolerance);
+    EXPECT_NEAR(channel(ring, 16), 0.5 * 255, kLayerTolerance);
+    EXPECT_GT(channel(ring, 8), 240);
+    EXPECT_LT(channel(pixel(530, 960), 8), 10);
+    EXPECT_TRUE(qam::test::leaveLayerFrame("KNDrawRadialWaterBrush", kFrameWidth, kFrameHeight));
 }
 
 }  // namespace
