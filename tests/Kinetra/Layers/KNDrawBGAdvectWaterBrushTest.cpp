@@ -2,6 +2,7 @@
 
 #include <GLES2/gl2.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <limits>
@@ -11,6 +12,7 @@
 
 #include "Kinetra/Core/KNFBO.h"
 #include "Kinetra/Core/KNTextureManager.h"
+#include "Kinetra/Layers/KNDrawRadialWaterBrush.h"
 #include "examples/common/Png.h"
 #include "tests/Kinetra/Layers/LayerTestSupport.h"
 #include "tests/support/GLTest.h"
@@ -24,6 +26,8 @@ using Kinetra::KNTextureManager;
 using qam::test::byteOf;
 using qam::test::channel;
 using qam::test::GLTest;
+using qam::test::kFrameHeight;
+using qam::test::kFrameWidth;
 using qam::test::kLayerTolerance;
 using qam::test::LayerTexture;
 using qam::test::LogCapture;
@@ -71,6 +75,25 @@ float uniformValue(GLuint program, const char* name) {
     GLfloat value = 0;
     glGetUniformfv(program, glGetUniformLocation(program, name), &value);
     return value;
+}
+
+// A 96 x 64 background registered as "bg", linearly filtered: red 60, green up the rows
+// (4 · row, read at v as 256 v - 2), blue 200.
+void registerBackground() {
+    std::vector<uint8_t> rows = texels(96, 64, [](int, int y) {
+        return Texel{60, static_cast<uint8_t>(4 * y), 200, 255};
+    });
+    KNTextureManager::getInstancePtr()->setTextureMagFilterOption(GL_LINEAR);
+    KNTextureManager::getInstancePtr()->setTexture("bg", rows.data(), 96, 64);
+}
+
+// A disc of coverage 1 within 0.4 of the texture's centre, fading to 0 at 0.47.
+std::vector<uint8_t> disc() {
+    return texels(128, 128, [](int x, int y) {
+        const double r = std::hypot(x + 0.5 - 64, y + 0.5 - 64) / 128;
+        const double a = std::clamp((0.47 - r) / 0.07, 0.0, 1.0);
+        return Texel{255, 255, 255, static_cast<uint8_t>(std::lround(255 * a))};
+    });
 }
 
 class KNDrawBGAdvectWaterBrushTest : public GLTest {
@@ -349,6 +372,60 @@ TEST_F(KNDrawBGAdvectWaterBrushTest, BadInputIsLoggedAndDropped) {
     // The transform setters always reach the matrices.
     brush.setTranslate(5, 6, 0);
     EXPECT_EQ(brush.getMVPManager().getModelMatrix()[3][0], 5.0f);
+}
+
+TEST_F(KNDrawBGAdvectWaterBrushTest, LeavesAFullSizeFrameToLookAt) {
+    // The field: a radial water brush painted into its own target, strongest on a ring.
+    registerBackground();
+    namedTexture("disc", 128, 128, disc());
+    namedTexture("ring", 128, 128, texels(128, 128, [](int x, int y) {
+                     const double r = std::hypot(x + 0.5 - 64, y + 0.5 - 64) / 128;
+                     const double p = std::clamp(1 - std::abs(r - 0.15) * 5, 0.0, 1.0);
+                     return Texel{static_cast<uint8_t>(std::lround(255 * p)), 0, 0, 255};
+                 }));
+    auto field = qam::test::boundTarget(kFrameWidth, kFrameHeight);
+    Kinetra::KNDrawRadialWaterBrush radial;
+    radial.initialize(kFrameWidth, kFrameHeight);
+    radial.setRectAlign(1);
+    radial.setSize(kFrameWidth, kFrameWidth);
+    radial.setPosition(540, 960, 0);
+    radial.setMaskTexture("disc");
+    radial.setGraphTexture("ring");
+    radial.setTimeStep(1);
+    radial.draw();
+
+    // A checked picture pulled towards the centre for twelve frames over the background.
+    LayerTexture checks(
+        16, 16, texels(16, 16, [](int x, int y) {
+            return (x + y) % 2 == 0 ? Texel{250, 240, 220, 255} : Texel{30, 40, 90, 255};
+        }));
+    LayerTexture noise(64, 64,
+                       texels(64, 64,
+                              [](int x, int y) {
+                                  return Texel{static_cast<uint8_t>(128 + 100 * std::sin(x * 0.4)),
+                                               static_cast<uint8_t>(128 + 100 * std::cos(y * 0.3)),
+                                               0, 255};
+                              }),
+                       GL_LINEAR);
+    KNDrawBGAdvectWaterBrush brush;
+    brush.initialize(kFrameWidth, kFrameHeight, 0);
+    brush.setBGTexture("bg", false);
+    brush.setRadialVectorScalar(10);
+    brush.setVelocityRadialTextureID(noise.id(), field->getFBOTexture());
+    std::unique_ptr<Kinetra::KNFBO> frames[2];
+    unsigned int previous = checks.id();
+    for (int frame = 0; frame < 12; ++frame) {
+        frames[frame % 2] = qam::test::boundTarget(kFrameWidth, kFrameHeight);
+        brush.setFBOID(previous);
+        brush.draw();
+        previous = frames[frame % 2]->getFBOTexture();
+    }
+    // Outside the field, the fitted background: green 256 v - 2 halfway up.
+    const uint32_t outside = pixel(5, 960);
+    EXPECT_NEAR(channel(outside, 24), 60, kLayerTolerance);
+    EXPECT_NEAR(channel(outside, 16), 256 * 960.5 / 1920 - 2, kLayerTolerance);
+    EXPECT_NEAR(channel(outside, 8), 200, kLayerTolerance);
+    EXPECT_TRUE(qam::test::leaveLayerFrame("KNDrawBGAdvectWaterBrush", kFrameWidth, kFrameHeight));
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <GLES2/gl2.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <vector>
@@ -18,6 +19,8 @@ using Kinetra::KNTextureManager;
 using qam::test::byteOf;
 using qam::test::channel;
 using qam::test::GLTest;
+using qam::test::kFrameHeight;
+using qam::test::kFrameWidth;
 using qam::test::kLayerTolerance;
 using qam::test::LayerTexture;
 using qam::test::LogCapture;
@@ -44,6 +47,25 @@ void expectRgba(uint32_t actual, Rgba expected) {
     EXPECT_NEAR(channel(actual, 16), byteOf(expected.g), kLayerTolerance);
     EXPECT_NEAR(channel(actual, 8), byteOf(expected.b), kLayerTolerance);
     EXPECT_NEAR(channel(actual, 0), byteOf(expected.a), kLayerTolerance);
+}
+
+// A 96 x 64 background registered as "bg", linearly filtered: red 60, green up the rows
+// (4 · row, read at v as 256 v - 2), blue 200.
+void registerBackground() {
+    std::vector<uint8_t> rows = texels(96, 64, [](int, int y) {
+        return Texel{60, static_cast<uint8_t>(4 * y), 200, 255};
+    });
+    KNTextureManager::getInstancePtr()->setTextureMagFilterOption(GL_LINEAR);
+    KNTextureManager::getInstancePtr()->setTexture("bg", rows.data(), 96, 64);
+}
+
+// A disc of coverage 1 within 0.4 of the texture's centre, fading to 0 at 0.47.
+std::vector<uint8_t> disc() {
+    return texels(128, 128, [](int x, int y) {
+        const double r = std::hypot(x + 0.5 - 64, y + 0.5 - 64) / 128;
+        const double a = std::clamp((0.47 - r) / 0.07, 0.0, 1.0);
+        return Texel{255, 255, 255, static_cast<uint8_t>(std::lround(255 * a))};
+    });
 }
 
 class KNDrawMixWaterBrushTest : public GLTest {
@@ -257,6 +279,33 @@ TEST_F(KNDrawMixWaterBrushTest, BadInputIsLoggedAndDropped) {
     EXPECT_EQ(brush.getBrightness(), 0.0f);
     EXPECT_EQ(brush.getShaderManager().getProgram(), 0u);
     EXPECT_EQ(pixel(10, 10), 0u);
+}
+
+TEST_F(KNDrawMixWaterBrushTest, LeavesAFullSizeFrameToLookAt) {
+    auto target = qam::test::boundTarget(kFrameWidth, kFrameHeight);
+    registerBackground();
+    LayerTexture density(64, 64,
+                         texels(64, 64,
+                                [](int x, int y) {
+                                    return Texel{static_cast<uint8_t>(4 * x),
+                                                 static_cast<uint8_t>(4 * y),
+                                                 static_cast<uint8_t>(252 - 4 * x), 255};
+                                }),
+                         GL_LINEAR);
+    LayerTexture alpha(128, 128, disc(), GL_LINEAR);
+    KNDrawMixWaterBrush brush;
+    brush.initialize(kFrameWidth, kFrameHeight, 0);
+    brush.setBGTexture("bg", false);
+    brush.setAlphaDensityTextureID(alpha.id(), density.id());
+    brush.draw();
+    // Outside the disc, the fitted background: green 256 v - 2 halfway up.
+    const uint32_t outside = pixel(5, 960);
+    EXPECT_NEAR(channel(outside, 24), 60, kLayerTolerance);
+    EXPECT_NEAR(channel(outside, 16), 256 * 960.5 / 1920 - 2, kLayerTolerance);
+    // In the middle, a density near grey (126 of 255 on each channel) brightened by 1.1.
+    const double d = (256 * 0.5 - 2) / 255;
+    expectRgba(pixel(540, 960), saturated({d, d, d, 1}, 1.1, 1.2, 0.3333, 0.3333, 0.3333));
+    EXPECT_TRUE(qam::test::leaveLayerFrame("KNDrawMixWaterBrush", kFrameWidth, kFrameHeight));
 }
 
 }  // namespace
