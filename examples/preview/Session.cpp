@@ -2,13 +2,31 @@
 
 #include <dlfcn.h>
 
+#include <algorithm>
 #include <climits>
 #include <cstdint>
 #include <cstdlib>
 
 namespace qam::preview {
+namespace {
+
+void remember(std::vector<std::string>& names, const std::string& name) {
+    if (std::find(names.begin(), names.end(), name) == names.end()) {
+        names.push_back(name);
+    }
+}
+
+}  // namespace
 
 Session::~Session() {
+    // Loaded textures belong to the context's shared map and models to no one once the
+    // effect is gone: both are removed by name, as the Java side removes them.
+    for (const std::string& name : mTextures) {
+        vi::Host::loadTexture(mSlot, name.c_str(), nullptr, 0, 0, 0);
+    }
+    for (const std::string& name : mModels) {
+        vi::Host::loadModel(mSlot, name.c_str(), nullptr, 0);
+    }
     vi::Host::destroy(mSlot);
 }
 
@@ -52,10 +70,12 @@ void Session::loadTexture(const std::string& name, const Image& image) {
                                        uint32_t(p[1]) << 8 | p[2]);
     }
     vi::Host::loadTexture(mSlot, name.c_str(), argb.data(), argb.size(), image.width, image.height);
+    remember(mTextures, name);
 }
 
 void Session::loadModel(const std::string& name, const std::vector<unsigned char>& bytes) {
     vi::Host::loadModel(mSlot, name.c_str(), bytes.data(), bytes.size());
+    remember(mModels, name);
 }
 
 void Session::touch(int x, int y, int action) {

@@ -44,6 +44,9 @@ class Session {
   private:
     vi::HostInstance mSlot;
     std::vector<std::string> mResourceNames;
+    // What was handed over, to take back at the end as Java does when it lets go.
+    std::vector<std::string> mTextures;
+    std::vector<std::string> mModels;
     int mWidth = 0;
     int mHeight = 0;
     bool mPaused = false;
