@@ -115,6 +115,16 @@ TEST_F(KNDrawMixWaterBrushTest, DefaultsSlotsUnitsAndBlending) {
     }
     EXPECT_EQ(shader.getAttribute(2), glGetAttribLocation(program, "aTexUVBG"));
 
+    // The colour brushes' quad: centred, the fourth corner's y from x0; indices appended.
+    Kinetra::KNMesh& mesh = brush.getMesh();
+    brush.setRectAlign(1);
+    brush.setSize(300, 200);
+    EXPECT_EQ(mesh.vertex[0].y, -100.0f);
+    EXPECT_EQ(mesh.vertex[3].y, 50.0f);
+    EXPECT_EQ(mesh.index.size(), 8u);
+    brush.setRectAlign(0);
+    brush.setSize(kWidth, kHeight);
+
     brush.setAlphaDensityTextureID(21, 22);
     EXPECT_EQ(brush.getAlphaTextureID(), 21u);
     EXPECT_EQ(brush.getDensityTextureID(), 22u);

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "Kinetra/Core/KNMesh.h"
+#include "Kinetra/Core/KNShaderManager.h"
 #include "Kinetra/Core/KNTextureManager.h"
 #include "tests/Kinetra/Layers/LayerTestSupport.h"
 #include "tests/support/GLTest.h"
@@ -91,6 +92,10 @@ TEST_F(KNDrawRadialColorBrushColorTest, FillsTheMaskWithAColourFixedToTheScreen)
     EXPECT_NEAR(channel(faint, 0), 0.16 * 255, kLayerTolerance);
     EXPECT_EQ(pixel(30, 30), 0u);
     EXPECT_EQ(pixel(4, 12), 0u);
+    const GLuint program = brush.getShaderManager()->getProgram();
+    GLint unit = -1;
+    glGetUniformiv(program, glGetUniformLocation(program, "uColor"), &unit);
+    EXPECT_EQ(unit, 1);
 
     // Moved, the mask shows the colour of the screen quadrant it is over.
     brush.setPosition(48, 48, 0);

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "Kinetra/Core/KNMesh.h"
+#include "Kinetra/Core/KNShaderManager.h"
 #include "Kinetra/Core/KNTextureManager.h"
 #include "tests/Kinetra/Layers/LayerTestSupport.h"
 #include "tests/support/GLTest.h"
@@ -143,6 +144,16 @@ TEST_F(KNDrawRadialWaterBrushTest, PointsTowardsItsCentreWithoutACore) {
     glClear(GL_COLOR_BUFFER_BIT);
     brush.draw();
     EXPECT_EQ(gl().readPixels(0, 0, kWidth, kHeight), before);
+
+    // The mask on unit 0, the profile on unit 1.
+    const GLuint program = brush.getShaderManager()->getProgram();
+    GLint unit = -1;
+    glGetUniformiv(program, glGetUniformLocation(program, "uTube"), &unit);
+    EXPECT_EQ(unit, 1);
+    glActiveTexture(GL_TEXTURE1);
+    GLint bound = 0;
+    glGetIntegerv(GL_TEXTURE_BINDING_2D, &bound);
+    EXPECT_EQ(static_cast<unsigned int>(bound), brush.getGraphTextureID());
 }
 
 TEST_F(KNDrawRadialWaterBrushTest, ClampsTheFade) {
