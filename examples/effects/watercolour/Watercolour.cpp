@@ -128,6 +128,7 @@ class Watercolour : private WatercolourAnimations, public vi::Effect {
             // The painting has faded out: start again from the bare background.
             mWashing = false;
             mPaintStale = true;
+            mDrying = 0;
         }
         if (mPaintStale) {
             resetPaint();
@@ -141,7 +142,10 @@ class Watercolour : private WatercolourAnimations, public vi::Effect {
         } else if (mDrying > 0) {
             --mDrying;
         }
-        return mDrying > 0 || mExit.isRunning() || mWashing;
+        if (mLeaving) {
+            return mExit.isRunning();
+        }
+        return mDrying > 0 || mWashing;
     }
 
   private:
