@@ -7,9 +7,11 @@
 // brush carries the previous painting along the field into the next of two paintings in
 // ping-pong, and the painting is composed over the background on the screen.
 #include <GLES2/gl2.h>
+#include <GLES2/gl2ext.h>
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 
 #include "Common/Effect/AnimationManager.h"
 #include "Common/Effect/Effect.h"
@@ -31,6 +33,7 @@ using Kinetra::KNFBO;
 using qam::samples::Tween;
 
 const char* const kBlot = "watercolour.blot";
+const char* const kWash = "watercolour.wash";
 const char* const kPigments = "watercolour.pigments";
 const char* const kFlow = "watercolour.flow";
 
@@ -42,9 +45,9 @@ constexpr float kFlowStep = 0.35f;
 constexpr float kBloomSeconds = 0.8f;  // the flow dying down after the finger lifts
 constexpr float kClearSeconds = 0.5f;
 constexpr float kExitSeconds = 0.9f;
-// Frames drawn after the last change while the paint drifts back towards the background;
-// 8-bit targets stop the drift well before it arrives, leaving a stain.
-constexpr int kDryingFrames = 150;
+// Frames drawn after the last change while the paint drifts back towards the background,
+// by then about 3 % of the way off it.
+constexpr int kDryingFrames = 450;
 
 // The manager and its animations outlive the vi::Effect base, which stops them all as it goes.
 struct WatercolourAnimations {
@@ -62,7 +65,8 @@ class Watercolour : private WatercolourAnimations, public vi::Effect {
         mAnimations.addAnimation(&mBloom);
         mAnimations.addAnimation(&mWash);
         mAnimations.addAnimation(&mExit);
-        mImages.add(kBlot, qam::samples::watercolourBlot(64), GL_CLAMP_TO_EDGE, GL_LINEAR);
+        mImages.add(kBlot, qam::samples::watercolourBlot(128), GL_CLAMP_TO_EDGE, GL_LINEAR);
+        mImages.add(kWash, qam::samples::watercolourWash(64), GL_CLAMP_TO_EDGE, GL_LINEAR);
         mImages.add(kPigments, qam::samples::watercolourPigments(64, 112), GL_CLAMP_TO_EDGE,
                     GL_LINEAR);
         mImages.add(kFlow, qam::samples::watercolourFlow(64), GL_REPEAT, GL_LINEAR);
@@ -166,6 +170,15 @@ class Watercolour : private WatercolourAnimations, public vi::Effect {
         }
         const float w = width();
         const float h = height();
+        // The painting changes by fractions of a step of 8 bits a frame: with 8-bit targets it
+        // would band and stop short of the background. Half floats where the GPU renders them.
+        const char* extensions = reinterpret_cast<const char*>(glGetString(GL_EXTENSIONS));
+        const bool halfFloat = extensions != nullptr &&
+                               strstr(extensions, "GL_EXT_color_buffer_half_float") != nullptr &&
+                               strstr(extensions, "GL_OES_texture_half_float_linear") != nullptr;
+        for (KNFBO& paint : mPaint) {
+            paint.setFBOTextureDataType(halfFloat ? GL_HALF_FLOAT_OES : GL_UNSIGNED_BYTE);
+        }
         for (KNFBO* fbo : {&mField, &mPigment, &mPaint[0], &mPaint[1], &mBackdrop}) {
             fbo->destroyFBOSurface();
             fbo->createFBOSurface(static_cast<unsigned>(w), static_cast<unsigned>(h));
@@ -176,7 +189,7 @@ class Watercolour : private WatercolourAnimations, public vi::Effect {
         mFieldBrush.setRectAlign(1);
         // Equal pixel speeds across and up the screen.
         mFieldBrush.setRatio(1, w / h);
-        mFieldBrush.setMaskTexture(kBlot);
+        mFieldBrush.setMaskTexture(kWash);
 
         mPigmentBrush.initialize(w, h);
         mPigmentBrush.setRectAlign(1);
@@ -280,13 +293,20 @@ class Watercolour : private WatercolourAnimations, public vi::Effect {
     void advect() {
         KNFBO& previous = mPaint[mCurrent];
         mCurrent = 1 - mCurrent;
-        mPaint[mCurrent].bindFBOSurface();
+        KNFBO& next = mPaint[mCurrent];
+        next.bindFBOSurface();
         mAdvect.setFBOID(previous.getFBOTexture());
         mAdvect.setVelocityRadialTextureID(mImages.id(kFlow), mField.getFBOTexture(),
                                            mPigment.getFBOTexture());
         mAdvect.changePatternColorTextureID(mBackdrop.getFBOTexture());
         mAdvect.setBackgroundTextureID(mBackdrop.getFBOTexture());
         mAdvect.draw();
+        // The brush blends by the alpha it writes, below 1 on the rim of fresh pigment: keep
+        // the painting opaque, or the next frame would blend it away further.
+        glColorMask(GL_FALSE, GL_FALSE, GL_FALSE, GL_TRUE);
+        next.setClearColor(0, 0, 0, 1);
+        next.clearFBOSurface();
+        glColorMask(GL_TRUE, GL_TRUE, GL_TRUE, GL_TRUE);
     }
 
     // The background, then the painting over it; both fade out on unlock (to a transparent

@@ -29,6 +29,13 @@ SampleImage watercolourBlot(int size) {
     });
 }
 
+SampleImage watercolourWash(int size) {
+    return paint(size, size, [](float u, float v) {
+        const float r = std::hypot(2 * u - 1, 2 * v - 1);
+        return Rgba{1, 1, 1, 1 - smoothstep(0.3f, 1.0f, r)};
+    });
+}
+
 SampleImage watercolourPigments(int width, int height) {
     return paint(width, height, [](float u, float v) {
         float weights[4];

@@ -4,8 +4,10 @@
 
 namespace qam::samples {
 
-// A white blot whose alpha fades out towards a ragged edge: the brushes' mask.
+// A white blot with a ragged, crisp edge in alpha: where the finger lays pigment.
 SampleImage watercolourBlot(int size);
+// A white disc whose alpha fades out from the middle: how far the finger moves the water.
+SampleImage watercolourWash(int size);
 // Washes of a few pigments drifting into each other across the screen: the colour that the
 // finger lays down where it is.
 SampleImage watercolourPigments(int width, int height);
