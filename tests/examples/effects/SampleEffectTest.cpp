@@ -81,12 +81,19 @@ std::vector<Frame> SampleEffectTest::runOut(int pause) {
 }
 
 Frame SampleEffectTest::screen() const {
-    return {kScreenWidth, kScreenHeight, gl().readPixels(0, 0, kScreenWidth, kScreenHeight)};
+    return {mWidth, mHeight, gl().readPixels(0, 0, mWidth, mHeight)};
+}
+
+void SampleEffectTest::resize(int width, int height) {
+    mWidth = width;
+    mHeight = height;
+    gl().resize(width, height);
+    mSession->init(width, height);
 }
 
 void SampleEffectTest::touch(int x, int y, int action) {
     // Java passes touches from the top left.
-    mSession->touch(x, kScreenHeight - y, action);
+    mSession->touch(x, mHeight - y, action);
 }
 
 std::array<int, 4> SampleEffectTest::background(int x, int y) const {

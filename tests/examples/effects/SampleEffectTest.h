@@ -50,6 +50,8 @@ class SampleEffectTest : public GLTest {
     // frames, so that the effect's clock moves on.
     std::vector<Frame> runOut(int pause = 10);
     Frame screen() const;
+    // A new surface size: the context's and the effect's, through init as on a rotation.
+    void resize(int width, int height);
 
     void touchDown(int x, int y) { touch(x, y, 0); }
     void touchMove(int x, int y) { touch(x, y, 2); }
@@ -74,6 +76,8 @@ class SampleEffectTest : public GLTest {
 
     std::string mLibrary;
     Backdrop mBackdrop;
+    int mWidth = kScreenWidth;
+    int mHeight = kScreenHeight;
     std::unique_ptr<LogCapture> mLog;
 };
 

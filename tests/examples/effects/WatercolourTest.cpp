@@ -1,6 +1,7 @@
 #include <GLES2/gl2.h>
 
 #include <chrono>
+#include <cstdlib>
 #include <thread>
 
 #include "tests/examples/effects/SampleEffectTest.h"
@@ -97,6 +98,27 @@ TEST_F(WatercolourTest, UnlockFadesTheWholeSurfaceOut) {
             ASSERT_EQ(last.at(x, y), (std::array<int, 4>{0, 0, 0, 0})) << x << ", " << y;
         }
     }
+    EXPECT_TRUE(quietLog());
+}
+
+TEST_F(WatercolourTest, TurnedToLandscapeItPaintsOnTheWholeNewScreen) {
+    dab();
+    resize(kScreenHeight, kScreenWidth);
+    const Frame calm = frames(2);
+    ASSERT_EQ(calm.width, kScreenHeight);
+    // The paper, cropped to the new shape, covers the screen.
+    for (int y = 0; y < calm.height; y += 8) {
+        for (int x = 0; x < calm.width; x += 8) {
+            ASSERT_GT(calm.at(x, y)[0], 200) << x << ", " << y;
+        }
+    }
+    // Pigment in the corner the portrait screen did not have.
+    touchDown(230, 20);
+    const Frame painted = frames(3);
+    EXPECT_GT(std::abs(painted.at(230, 20)[2] - calm.at(230, 20)[2]) +
+                  std::abs(painted.at(230, 20)[0] - calm.at(230, 20)[0]),
+              kPaint);
+    EXPECT_EQ(painted.at(20, 120), calm.at(20, 120));
     EXPECT_TRUE(quietLog());
 }
 
