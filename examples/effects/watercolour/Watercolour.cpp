@@ -74,7 +74,11 @@ class Watercolour : private WatercolourAnimations, public vi::Effect {
 
     void initPortrait() override { build(); }
     void initLandscape() override { build(); }
-    void onContextLost() override { forget(); }
+    void onContextLost() override {
+        if (mBuilt) {
+            forget();
+        }
+    }
     void onTextureChanged() override { mBackgroundChanged = true; }
 
     void onTouchDown(const glm::vec2& position) override {
