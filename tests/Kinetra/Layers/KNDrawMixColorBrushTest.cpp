@@ -4,52 +4,30 @@
 
 #include <cmath>
 #include <cstdint>
-#include <string>
-#include <vector>
 
 #include "Kinetra/Core/KNShaderManager.h"
-#include "Kinetra/Core/KNTextureManager.h"
-#include "examples/common/Png.h"
 #include "tests/Kinetra/Layers/LayerTestSupport.h"
 #include "tests/support/GLCallCounter.h"
-#include "tests/support/GLTest.h"
-#include "tests/support/LogCapture.h"
 
 namespace {
 
 using Kinetra::KNDrawMixColorBrush;
-using Kinetra::KNTextureManager;
 using qam::test::byteOf;
 using qam::test::channel;
-using qam::test::GLTest;
 using qam::test::kLayerTolerance;
+using qam::test::kUnset;
 using qam::test::LayerTexture;
 using qam::test::Texel;
 using qam::test::texels;
 using qam::test::unit;
 
-constexpr unsigned int kUnset = 0xFFFFFFFFu;
 constexpr int kSize = 64;
 
 // The colour density (0.6, 0.4, 0.2).
 constexpr Texel kOchre{153, 102, 51, 255};
 
-GLuint boundTexture(GLenum unit) {
-    glActiveTexture(GL_TEXTURE0 + unit);
-    GLint name = 0;
-    glGetIntegerv(GL_TEXTURE_BINDING_2D, &name);
-    return static_cast<GLuint>(name);
-}
-
-class KNDrawMixColorBrushTest : public GLTest {
+class KNDrawMixColorBrushTest : public qam::test::TargetLayerTest {
   protected:
-    void SetUp() override {
-        GLTest::SetUp();
-        KNTextureManager::ReleaseInstance();
-        mTarget->bindFBOSurface();
-    }
-    void TearDown() override { KNTextureManager::ReleaseInstance(); }
-
     // Draws the ochre density at full alpha over black and returns the middle pixel.
     uint32_t ochreOverBlack(KNDrawMixColorBrush& brush) {
         brush.changeBGTextureID(mBlack.id());
@@ -58,64 +36,33 @@ class KNDrawMixColorBrushTest : public GLTest {
         return pixel(32, 32);
     }
 
-    std::unique_ptr<Kinetra::KNFBO> mTarget = qam::test::boundTarget(kSize, kSize);
     LayerTexture mBlack{Texel{0, 0, 0, 255}};
     LayerTexture mOpaque{Texel{0, 0, 0, 255}};  // alpha texture: weight 0.95
     LayerTexture mOchre{kOchre};
 };
 
-TEST_F(KNDrawMixColorBrushTest, DefaultsSettersSlotsAndUnits) {
+// The defaults initialize sets (the bright weight 0.89 is there before it); the slots GL keeps
+// no location for; the units.
+TEST_F(KNDrawMixColorBrushTest, DefaultsSlotsAndUnits) {
     KNDrawMixColorBrush brush;
-    EXPECT_EQ(brush.getBGTextureID(), kUnset);
-    EXPECT_EQ(brush.getAlphaTextureID(), 0u);
-    EXPECT_EQ(brush.getDensityTextureID(), 0u);
-    EXPECT_EQ(brush.getColorDensityTextureID(), 0u);
-    EXPECT_EQ(brush.getAlpha(), 1.0f);
     EXPECT_FLOAT_EQ(brush.getBrightWeight(), 0.89f);
-    EXPECT_EQ(brush.getBrightness(), 0.0f);
-    EXPECT_EQ(brush.getSaturation(), 0.0f);
-    EXPECT_EQ(brush.getRedSaturation(), 0.0f);
-    EXPECT_EQ(brush.getBlueSaturation(), 0.0f);
-    brush.setScale(2, 2, 2);
-    EXPECT_EQ(brush.getMVPManager(), nullptr);
-
     brush.initialize(kSize, kSize, 0);
     EXPECT_FLOAT_EQ(brush.getBrightness(), 1.1f);
     EXPECT_FLOAT_EQ(brush.getSaturation(), 1.2f);
     EXPECT_FLOAT_EQ(brush.getRedSaturation(), 0.3333f);
     EXPECT_FLOAT_EQ(brush.getGreenSaturation(), 0.3333f);
     EXPECT_FLOAT_EQ(brush.getBlueSaturation(), 0.3333f);
-    EXPECT_FLOAT_EQ(brush.getBrightWeight(), 0.89f);
 
-    // Stored as given.
-    brush.setAlpha(0.25f);
-    brush.setBrightWeight(3);
-    brush.setSaturation(-1);
-    brush.setGreenSaturation(7);
-    EXPECT_EQ(brush.getAlpha(), 0.25f);
-    EXPECT_EQ(brush.getBrightWeight(), 3.0f);
-    EXPECT_EQ(brush.getSaturation(), -1.0f);
-    EXPECT_EQ(brush.getGreenSaturation(), 7.0f);
-
-    const unsigned char blue[4] = {0, 0, 255, 255};
-    const unsigned int sea = KNTextureManager::getInstancePtr()->setTexture(
-        "sea", const_cast<unsigned char*>(blue), 1, 1);
+    const unsigned int sea = qam::test::namedTexture("sea", Texel{0, 0, 255, 255});
     brush.setBGTexture("sea", true);
-    EXPECT_EQ(brush.getBGTextureID(), sea);
     brush.setMixColorTextureID(41, 42, 43);
-    EXPECT_EQ(brush.getAlphaTextureID(), 41u);
-    EXPECT_EQ(brush.getDensityTextureID(), 42u);
-    EXPECT_EQ(brush.getColorDensityTextureID(), 43u);
-
+    brush.setAlpha(0.25f);
     Kinetra::KNShaderManager& shader = *brush.getShaderManager();
     const GLuint program = shader.getProgram();
-    const char* slots[] = {"uMVPMatrix",       "uTexMap",         "uDensity",
-                           "uAlpha",           "uAlphaRatio",     "uBrightRatio",
-                           "uSaturation",      "uBrightness",     "uRedSaturation",
-                           "uGreenSaturation", "uBlueSaturation", "uColorDensity"};
-    for (int i = 0; i < 12; ++i) {
-        EXPECT_EQ(shader.getUniform(i), glGetUniformLocation(program, slots[i])) << slots[i];
-    }
+    qam::test::expectUniformSlots(
+        shader, {"uMVPMatrix", "uTexMap", "uDensity", "uAlpha", "uAlphaRatio", "uBrightRatio",
+                 "uSaturation", "uBrightness", "uRedSaturation", "uGreenSaturation",
+                 "uBlueSaturation", "uColorDensity"});
     // Declared and sent, but no part of the result: GL keeps no location for them.
     EXPECT_EQ(shader.getUniform(5), -1);
     EXPECT_EQ(shader.getUniform(9), -1);
@@ -124,17 +71,9 @@ TEST_F(KNDrawMixColorBrushTest, DefaultsSettersSlotsAndUnits) {
     qam::test::GLCallCounter calls;
     brush.draw();
     EXPECT_EQ(calls.count("glDrawElements"), 1);
-    const GLuint units[] = {sea, 42, 41, 43};
-    const int samplerSlots[] = {1, 2, 3, 11};
-    for (GLenum unit = 0; unit < 4; ++unit) {
-        EXPECT_EQ(boundTexture(unit), units[unit]) << "unit " << unit;
-        GLint sampler = -1;
-        glGetUniformiv(program, shader.getUniform(samplerSlots[unit]), &sampler);
-        EXPECT_EQ(sampler, static_cast<GLint>(unit));
-    }
-    float ratio = 0;
-    glGetUniformfv(program, shader.getUniform(4), &ratio);
-    EXPECT_EQ(ratio, 0.25f);
+    qam::test::expectSamplers(
+        program, {{"uTexMap", sea}, {"uDensity", 42}, {"uAlpha", 41}, {"uColorDensity", 43}});
+    EXPECT_EQ(qam::test::uniformFloat(program, "uAlphaRatio"), 0.25f);
 
     brush.resizeSurface(32, 32);
     EXPECT_EQ(brush.getBGTextureID(), kUnset);
@@ -210,100 +149,21 @@ TEST_F(KNDrawMixColorBrushTest, WeighsTheDensityByTheFourthPowerOfAlpha) {
     EXPECT_EQ(channel(p, 0), 255);
 }
 
-TEST_F(KNDrawMixColorBrushTest, DrawsTheSameFrameAfterALostContext) {
-    const auto baseTexels = texels(kSize, kSize, [](int x, int y) {
-        return Texel{static_cast<uint8_t>(4 * x), static_cast<uint8_t>(4 * y), 90, 255};
-    });
-    const auto alphaTexels = texels(kSize, kSize, [](int x, int) {
-        return Texel{0, 0, 0, static_cast<uint8_t>(4 * x)};
-    });
+TEST_F(KNDrawMixColorBrushTest, BadInputIsLoggedAndDroppedZeroTexturesAreBoundAsTheyAre) {
     KNDrawMixColorBrush brush;
-    brush.initialize(kSize, kSize, 0);
-    auto drawFrame = [&](LayerTexture& base, LayerTexture& alpha, LayerTexture& colour) {
-        brush.changeBGTextureID(base.id());
-        brush.setMixColorTextureID(alpha.id(), base.id(), colour.id());
-        brush.draw();
-        return qam::readFramebuffer(kSize, kSize).rgba;
-    };
-    std::vector<uint8_t> before;
-    {
-        LayerTexture base(kSize, kSize, baseTexels);
-        LayerTexture alpha(kSize, kSize, alphaTexels);
-        LayerTexture colour(kOchre);
-        before = drawFrame(base, alpha, colour);
-        loseContext();
-        mTarget->contextChanged();
-        for (LayerTexture* t : {&base, &alpha, &colour, &mBlack, &mOpaque, &mOchre}) {
-            t->forget();
-        }
-    }
-    brush.contextChanged();
-    brush.initialize(kSize, kSize, 0);
-    mTarget->createFBOSurface(kSize, kSize);
-    mTarget->bindFBOSurface();
-    LayerTexture base(kSize, kSize, baseTexels);
-    LayerTexture alpha(kSize, kSize, alphaTexels);
-    LayerTexture colour(kOchre);
-    EXPECT_EQ(drawFrame(base, alpha, colour), before);
-}
-
-TEST_F(KNDrawMixColorBrushTest, BadInputIsLoggedAndDropped) {
-    qam::test::LogCapture log;
-    KNDrawMixColorBrush brush;
-    qam::test::GLCallCounter calls;
-    brush.draw();
-    EXPECT_EQ(calls.count("glDrawElements"), 0);
-    brush.initialize(std::nanf(""), 64, 0);
+    qam::test::expectOneLogLineEach({[&] { brush.initialize(std::nanf(""), 64, 0); }});
     EXPECT_EQ(brush.getShaderManager(), nullptr);
-    EXPECT_EQ(log.messages().size(), 2u);
 
     brush.initialize(kSize, kSize, 0);
     brush.changeBGTextureID(5);
-    brush.setBGTexture(nullptr, false);
+    qam::test::expectOneLogLineEach({[&] { brush.setBGTexture(nullptr, false); }});
     EXPECT_EQ(brush.getBGTextureID(), 5u);
-    EXPECT_EQ(log.messages().size(), 3u);
     // Zero textures are bound as they are and sample opaque black: the black density takes
     // 0.95 of the ochre base away.
     brush.changeBGTextureID(mOchre.id());
     brush.draw();
-    EXPECT_EQ(calls.count("glDrawElements"), 1);
-    EXPECT_EQ(boundTexture(1), 0u);
+    EXPECT_EQ(qam::test::boundTexture(1), 0u);
     EXPECT_PIXEL_NEAR(pixel(5, 5), 0x080503FFu, kLayerTolerance);
-}
-
-TEST_F(KNDrawMixColorBrushTest, LeavesAFullSizeFrameToLookAt) {
-    constexpr int kWidthPx = 1080;
-    constexpr int kHeightPx = 1920;
-    auto target = qam::test::boundTarget(kWidthPx, kHeightPx);
-    // A dusk gradient as the base; a soft blob of density whose colour turns from blue to
-    // ochre across the screen.
-    LayerTexture base(kSize, kSize,
-                      texels(kSize, kSize,
-                             [](int, int y) {
-                                 return Texel{static_cast<uint8_t>(20 + y), 30,
-                                              static_cast<uint8_t>(60 + 2 * y), 255};
-                             }),
-                      GL_LINEAR);
-    LayerTexture blob(kSize, kSize,
-                      texels(kSize, kSize,
-                             [](int x, int y) {
-                                 const double d = std::hypot(x - 32.0, y - 32.0) / 32.0;
-                                 return Texel{0, 0, 0, static_cast<uint8_t>(byteOf(1.0 - d))};
-                             }),
-                      GL_LINEAR);
-    LayerTexture density(Texel{40, 90, 220, 255});
-    KNDrawMixColorBrush brush;
-    brush.initialize(kWidthPx, kHeightPx, 0);
-    brush.changeBGTextureID(base.id());
-    brush.setMixColorTextureID(blob.id(), density.id(), mOchre.id());
-    brush.draw();
-    const std::string path = qam::test::writeLayerFrame("KNDrawMixColorBrush", kWidthPx, kHeightPx);
-    ASSERT_FALSE(path.empty());
-    qam::Image image;
-    ASSERT_TRUE(qam::readPng(path, image));
-    EXPECT_EQ(image.width, kWidthPx);
-    EXPECT_EQ(image.height, kHeightPx);
-    EXPECT_EQ(image.rgba, qam::readFramebuffer(kWidthPx, kHeightPx).rgba);
 }
 
 }  // namespace

@@ -2,33 +2,24 @@
 
 #include <GLES2/gl2.h>
 
-#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <vector>
 
-#include "Kinetra/Core/KNTextureManager.h"
 #include "tests/Kinetra/Layers/LayerTestSupport.h"
-#include "tests/support/GLTest.h"
 #include "tests/support/LogCapture.h"
 
 namespace {
 
 using Kinetra::KNDrawMixWaterBrush;
-using Kinetra::KNTextureManager;
 using qam::test::byteOf;
 using qam::test::channel;
-using qam::test::GLTest;
-using qam::test::kFrameHeight;
-using qam::test::kFrameWidth;
 using qam::test::kLayerTolerance;
+using qam::test::kUnset;
 using qam::test::LayerTexture;
-using qam::test::LogCapture;
 using qam::test::namedTexture;
 using qam::test::Texel;
 using qam::test::texels;
-
-constexpr unsigned int kUnset = 0xFFFFFFFFu;
 
 struct Rgba {
     double r, g, b, a;
@@ -49,52 +40,11 @@ void expectRgba(uint32_t actual, Rgba expected) {
     EXPECT_NEAR(channel(actual, 0), byteOf(expected.a), kLayerTolerance);
 }
 
-// A 96 x 64 background registered as "bg", linearly filtered: red 60, green up the rows
-// (4 · row, read at v as 256 v - 2), blue 200.
-void registerBackground() {
-    std::vector<uint8_t> rows = texels(96, 64, [](int, int y) {
-        return Texel{60, static_cast<uint8_t>(4 * y), 200, 255};
-    });
-    KNTextureManager::getInstancePtr()->setTextureMagFilterOption(GL_LINEAR);
-    KNTextureManager::getInstancePtr()->setTexture("bg", rows.data(), 96, 64);
-}
+using KNDrawMixWaterBrushTest = qam::test::LayerTest;
 
-// A disc of coverage 1 within 0.4 of the texture's centre, fading to 0 at 0.47.
-std::vector<uint8_t> disc() {
-    return texels(128, 128, [](int x, int y) {
-        const double r = std::hypot(x + 0.5 - 64, y + 0.5 - 64) / 128;
-        const double a = std::clamp((0.47 - r) / 0.07, 0.0, 1.0);
-        return Texel{255, 255, 255, static_cast<uint8_t>(std::lround(255 * a))};
-    });
-}
-
-class KNDrawMixWaterBrushTest : public GLTest {
-  protected:
-    void SetUp() override {
-        GLTest::SetUp();
-        KNTextureManager::ReleaseInstance();
-    }
-    void TearDown() override { KNTextureManager::ReleaseInstance(); }
-};
-
-TEST_F(KNDrawMixWaterBrushTest, DefaultsSlotsUnitsAndBlending) {
+TEST_F(KNDrawMixWaterBrushTest, SlotsUnitsAndBlending) {
     KNDrawMixWaterBrush brush;
-    EXPECT_EQ(brush.getBGTextureID(), kUnset);
-    EXPECT_EQ(brush.getAlphaTextureID(), 0u);
-    EXPECT_EQ(brush.getDensityTextureID(), 0u);
-    EXPECT_EQ(brush.getBrightness(), 0.0f);
-    EXPECT_EQ(brush.getSaturation(), 0.0f);
-    EXPECT_EQ(brush.getBlueSaturation(), 0.0f);
-
-    brush.setSaturation(3);
     brush.initialize(kWidth, kHeight, 0);
-    EXPECT_FLOAT_EQ(brush.getBrightness(), 1.1f);
-    EXPECT_FLOAT_EQ(brush.getSaturation(), 1.2f);
-    EXPECT_FLOAT_EQ(brush.getRedSaturation(), 0.3333f);
-    EXPECT_FLOAT_EQ(brush.getGreenSaturation(), 0.3333f);
-    EXPECT_FLOAT_EQ(brush.getBlueSaturation(), 0.3333f);
-    EXPECT_EQ(brush.getSurfaceWidth(), kWidth);
-
     Kinetra::KNShaderManager& shader = brush.getShaderManager();
     const GLuint program = shader.getProgram();
     const struct {
@@ -108,26 +58,14 @@ TEST_F(KNDrawMixWaterBrushTest, DefaultsSlotsUnitsAndBlending) {
     }
     {
         // Slots 4 and 5 stay empty.
-        LogCapture log;
+        qam::test::LogCapture log;
         EXPECT_EQ(shader.getUniform(4), 0);
         EXPECT_EQ(shader.getUniform(5), 0);
         EXPECT_EQ(log.messages().size(), 2u);
     }
     EXPECT_EQ(shader.getAttribute(2), glGetAttribLocation(program, "aTexUVBG"));
 
-    // The colour brushes' quad: centred, the fourth corner's y from x0; indices appended.
-    Kinetra::KNMesh& mesh = brush.getMesh();
-    brush.setRectAlign(1);
-    brush.setSize(300, 200);
-    EXPECT_EQ(mesh.vertex[0].y, -100.0f);
-    EXPECT_EQ(mesh.vertex[3].y, 50.0f);
-    EXPECT_EQ(mesh.index.size(), 8u);
-    brush.setRectAlign(0);
-    brush.setSize(kWidth, kHeight);
-
     brush.setAlphaDensityTextureID(21, 22);
-    EXPECT_EQ(brush.getAlphaTextureID(), 21u);
-    EXPECT_EQ(brush.getDensityTextureID(), 22u);
     glEnable(GL_BLEND);
     glBlendFunc(GL_ONE, GL_ZERO);
     brush.draw();
@@ -139,23 +77,8 @@ TEST_F(KNDrawMixWaterBrushTest, DefaultsSlotsUnitsAndBlending) {
     glGetIntegerv(GL_BLEND_DST_RGB, &destination);
     EXPECT_EQ(source, GL_SRC_ALPHA);
     EXPECT_EQ(destination, GL_ONE_MINUS_SRC_ALPHA);
-    const struct {
-        const char* name;
-        GLint unit;
-        unsigned int texture;
-    } units[] = {{"uTexMap", 0, kUnset}, {"uDensity", 1, 22}, {"uAlpha", 2, 21}};
-    for (const auto& u : units) {
-        GLint value = -1;
-        glGetUniformiv(program, glGetUniformLocation(program, u.name), &value);
-        EXPECT_EQ(value, u.unit) << u.name;
-        glActiveTexture(GL_TEXTURE0 + u.unit);
-        GLint bound = 0;
-        glGetIntegerv(GL_TEXTURE_BINDING_2D, &bound);
-        EXPECT_EQ(static_cast<unsigned int>(bound), u.texture) << u.name;
-    }
-    GLfloat weight = 0;
-    glGetUniformfv(program, glGetUniformLocation(program, "uGreenSaturation"), &weight);
-    EXPECT_FLOAT_EQ(weight, 0.3333f);
+    qam::test::expectSamplers(program, {{"uTexMap", kUnset}, {"uDensity", 22}, {"uAlpha", 21}});
+    EXPECT_FLOAT_EQ(qam::test::uniformFloat(program, "uGreenSaturation"), 0.3333f);
 }
 
 TEST_F(KNDrawMixWaterBrushTest, SaturatesAboutAGreyWeightedPerChannel) {
@@ -247,75 +170,12 @@ TEST_F(KNDrawMixWaterBrushTest, MixesOverTheFittedBackgroundByTheAlphaImage) {
     EXPECT_EQ(pixel(10, 10), 0x000000FFu);
 }
 
-TEST_F(KNDrawMixWaterBrushTest, DrawsTheSameAfterALostContext) {
-    const auto picture = texels(16, 16, [](int x, int y) {
-        return Texel{static_cast<uint8_t>(16 * x), static_cast<uint8_t>(16 * y), 200, 255};
-    });
-    const auto alpha = texels(16, 16, [](int x, int y) {
-        return Texel{0, 0, 0, static_cast<uint8_t>(8 * (x + y))};
-    });
-    KNDrawMixWaterBrush brush;
-    auto drawWith = [&] {
-        LayerTexture density(16, 16, picture, GL_LINEAR);
-        LayerTexture mask(16, 16, alpha, GL_LINEAR);
-        LayerTexture background(Texel{40, 80, 120, 255});
-        brush.initialize(kWidth, kHeight, 0);
-        brush.changeBGTextureID(background.id());
-        brush.setAlphaDensityTextureID(mask.id(), density.id());
-        glClear(GL_COLOR_BUFFER_BIT);
-        brush.draw();
-        return gl().readPixels(0, 0, kWidth, kHeight);
-    };
-    const std::vector<uint8_t> before = drawWith();
-
-    loseContext();
-    glViewport(0, 0, kWidth, kHeight);
-    brush.contextChanged();
-    {
-        LogCapture log;
-        brush.draw();
-        EXPECT_EQ(log.messages().size(), 1u);
-    }
-    EXPECT_EQ(drawWith(), before);
-}
-
 TEST_F(KNDrawMixWaterBrushTest, BadInputIsLoggedAndDropped) {
     KNDrawMixWaterBrush brush;
-    LogCapture log;
-    brush.draw();
-    brush.setBGTexture(nullptr, false);
-    brush.initialize(64, 1e12f, 0);
-    EXPECT_EQ(log.messages().size(), 3u);
+    qam::test::expectOneLogLineEach(
+        {[&] { brush.setBGTexture(nullptr, false); }, [&] { brush.initialize(64, 1e12f, 0); }});
     EXPECT_EQ(brush.getBrightness(), 0.0f);
     EXPECT_EQ(brush.getShaderManager().getProgram(), 0u);
-    EXPECT_EQ(pixel(10, 10), 0u);
-}
-
-TEST_F(KNDrawMixWaterBrushTest, LeavesAFullSizeFrameToLookAt) {
-    auto target = qam::test::boundTarget(kFrameWidth, kFrameHeight);
-    registerBackground();
-    LayerTexture density(64, 64,
-                         texels(64, 64,
-                                [](int x, int y) {
-                                    return Texel{static_cast<uint8_t>(4 * x),
-                                                 static_cast<uint8_t>(4 * y),
-                                                 static_cast<uint8_t>(252 - 4 * x), 255};
-                                }),
-                         GL_LINEAR);
-    LayerTexture alpha(128, 128, disc(), GL_LINEAR);
-    KNDrawMixWaterBrush brush;
-    brush.initialize(kFrameWidth, kFrameHeight, 0);
-    brush.setBGTexture("bg", false);
-    brush.setAlphaDensityTextureID(alpha.id(), density.id());
-    brush.draw();
-    // Outside the disc, the fitted background: green 256 v - 2 halfway up.
-    const uint32_t outside = pixel(5, 960);
-    EXPECT_NEAR(channel(outside, 24), 60, kLayerTolerance);
-    EXPECT_NEAR(channel(outside, 16), 256 * 960.5 / 1920 - 2, kLayerTolerance);
-    // In the middle, a density near grey (126 of 255 on each channel) brightened by 1.1.
-    const double d = (256 * 0.5 - 2) / 255;
-    expectRgba(pixel(540, 960), saturated({d, d, d, 1}, 1.1, 1.2, 0.3333, 0.3333, 0.3333));
-    EXPECT_TRUE(qam::test::leaveLayerFrame("KNDrawMixWaterBrush", kFrameWidth, kFrameHeight));
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 
 #include "Kinetra/Core/KNTextureManager.h"
 #include "examples/common/Png.h"
+#include "tests/support/LogCapture.h"
 
 namespace qam::test {
 
@@ -18,6 +19,18 @@ std::vector<uint8_t> texels(int width, int height, const std::function<Texel(int
         }
     }
     return rgba;
+}
+
+std::vector<uint8_t> redRamp() {
+    return texels(64, 64, [](int x, int) { return Texel{static_cast<uint8_t>(4 * x), 0, 0, 255}; });
+}
+
+std::vector<uint8_t> disc() {
+    return texels(128, 128, [](int x, int y) {
+        const double r = std::hypot(x + 0.5 - 64, y + 0.5 - 64) / 128;
+        const double a = std::clamp((0.47 - r) / 0.07, 0.0, 1.0);
+        return Texel{255, 255, 255, static_cast<uint8_t>(std::lround(255 * a))};
+    });
 }
 
 LayerTexture::LayerTexture(int width, int height, const std::vector<uint8_t>& rgba, GLenum filter) {
@@ -51,6 +64,14 @@ unsigned int namedTexture(const char* name, Texel colour) {
     return namedTexture(name, 1, 1, std::vector<uint8_t>(colour.begin(), colour.end()));
 }
 
+void registerBackground() {
+    std::vector<uint8_t> rows = texels(96, 64, [](int, int y) {
+        return Texel{60, static_cast<uint8_t>(4 * y), 200, 255};
+    });
+    Kinetra::KNTextureManager::getInstancePtr()->setTextureMagFilterOption(GL_LINEAR);
+    Kinetra::KNTextureManager::getInstancePtr()->setTexture("bg", rows.data(), 96, 64);
+}
+
 std::unique_ptr<Kinetra::KNFBO> boundTarget(int width, int height, Texel clear) {
     auto target = std::make_unique<Kinetra::KNFBO>();
     target->setClearColor(static_cast<float>(unit(clear[0])), static_cast<float>(unit(clear[1])),
@@ -60,34 +81,105 @@ std::unique_ptr<Kinetra::KNFBO> boundTarget(int width, int height, Texel clear) 
     return target;
 }
 
+SavedTarget::SavedTarget() {
+    glGetIntegerv(GL_FRAMEBUFFER_BINDING, &mFramebuffer);
+    glGetIntegerv(GL_VIEWPORT, mViewport);
+}
+
+void SavedTarget::restore() const {
+    glBindFramebuffer(GL_FRAMEBUFFER, static_cast<GLuint>(mFramebuffer));
+    glViewport(mViewport[0], mViewport[1], mViewport[2], mViewport[3]);
+}
+
 int byteOf(double v) {
     return static_cast<int>(std::lround(std::clamp(v, 0.0, 1.0) * 255.0));
 }
 
-std::string layerFramesDirectory() {
-    std::filesystem::create_directories(LAYER_FRAMES_DIR);
-    return LAYER_FRAMES_DIR;
+void expectPoints(const std::vector<Kinetra::KNVector3D<float>>& actual,
+                  std::initializer_list<std::pair<float, float>> expected) {
+    ASSERT_EQ(actual.size(), expected.size());
+    size_t i = 0;
+    for (const auto& [x, y] : expected) {
+        EXPECT_FLOAT_EQ(actual[i].x, x) << "entry " << i;
+        EXPECT_FLOAT_EQ(actual[i].y, y) << "entry " << i;
+        EXPECT_EQ(actual[i].z, 0.0f) << "entry " << i;
+        ++i;
+    }
 }
 
-std::string writeLayerFrame(const std::string& className, int width, int height) {
-    const std::string path = layerFramesDirectory() + "/" + className + ".png";
-    return writePng(path, readFramebuffer(width, height)) ? path : std::string();
+GLuint boundTexture(GLenum unit) {
+    glActiveTexture(GL_TEXTURE0 + unit);
+    GLint name = 0;
+    glGetIntegerv(GL_TEXTURE_BINDING_2D, &name);
+    return static_cast<GLuint>(name);
+}
+
+float uniformFloat(GLuint program, const char* name) {
+    float value = 0;
+    glGetUniformfv(program, glGetUniformLocation(program, name), &value);
+    return value;
+}
+
+void expectUniformSlots(Kinetra::KNShaderManager& shader,
+                        std::initializer_list<const char*> names) {
+    const GLuint program = shader.getProgram();
+    int slot = 0;
+    for (const char* name : names) {
+        EXPECT_EQ(shader.getUniform(slot++), glGetUniformLocation(program, name)) << name;
+    }
+}
+
+void expectSamplers(GLuint program, std::initializer_list<Sampler> samplers) {
+    GLint unit = 0;
+    for (const Sampler& s : samplers) {
+        GLint value = -1;
+        glGetUniformiv(program, glGetUniformLocation(program, s.name), &value);
+        EXPECT_EQ(value, unit) << s.name;
+        EXPECT_EQ(boundTexture(static_cast<GLenum>(unit)), s.texture) << s.name;
+        ++unit;
+    }
+    glActiveTexture(GL_TEXTURE0);
+}
+
+void expectOneLogLineEach(std::initializer_list<std::function<void()>> calls) {
+    LogCapture log;
+    int i = 0;
+    for (const auto& call : calls) {
+        const size_t before = log.messages().size();
+        call();
+        EXPECT_EQ(log.messages().size(), before + 1) << "call " << i++;
+    }
 }
 
 ::testing::AssertionResult leaveLayerFrame(const std::string& className, int width, int height) {
-    const std::string path = writeLayerFrame(className, width, height);
-    if (path.empty()) {
+    std::filesystem::create_directories(LAYER_FRAMES_DIR);
+    const std::string path = std::string(LAYER_FRAMES_DIR) + "/" + className + ".png";
+    const Image drawn = readFramebuffer(width, height);
+    if (!writePng(path, drawn)) {
         return ::testing::AssertionFailure() << "no frame written for " << className;
     }
     Image image;
     if (!readPng(path, image)) {
         return ::testing::AssertionFailure() << path << " does not read back";
     }
-    if (image.width != width || image.height != height ||
-        image.rgba != readFramebuffer(width, height).rgba) {
+    if (image.width != width || image.height != height || image.rgba != drawn.rgba) {
         return ::testing::AssertionFailure() << path << " differs from the framebuffer";
     }
     return ::testing::AssertionSuccess();
+}
+
+void LayerTest::SetUp() {
+    GLTest::SetUp();
+    Kinetra::KNTextureManager::ReleaseInstance();
+}
+
+void LayerTest::TearDown() {
+    Kinetra::KNTextureManager::ReleaseInstance();
+}
+
+void TargetLayerTest::SetUp() {
+    LayerTest::SetUp();
+    mTarget = boundTarget(kWidth, kHeight);
 }
 
 }  // namespace qam::test
