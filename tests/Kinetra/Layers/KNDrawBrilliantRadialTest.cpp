@@ -4,44 +4,23 @@
 
 #include <cstdint>
 #include <initializer_list>
-#include <memory>
 #include <utility>
 #include <vector>
 
 #include "Kinetra/Core/KNMesh.h"
 #include "Kinetra/Core/KNShaderManager.h"
 #include "tests/Kinetra/Layers/LayerTestSupport.h"
-#include "tests/support/GLTest.h"
-#include "tests/support/LogCapture.h"
 
 namespace {
 
 using Kinetra::KNDrawBrilliantRadial;
 using Kinetra::KNMesh;
-using Kinetra::KNVector3D;
+using qam::test::expectPoints;
 using qam::test::GLTest;
 using qam::test::kLayerTolerance;
 using qam::test::LayerTexture;
-using qam::test::LogCapture;
+using qam::test::rgba;
 using qam::test::texels;
-
-using Points = std::initializer_list<std::pair<float, float>>;
-
-void expectPoints(const std::vector<KNVector3D<float>>& actual, Points expected) {
-    ASSERT_EQ(actual.size(), expected.size());
-    size_t i = 0;
-    for (const auto& [x, y] : expected) {
-        EXPECT_FLOAT_EQ(actual[i].x, x) << "entry " << i;
-        EXPECT_FLOAT_EQ(actual[i].y, y) << "entry " << i;
-        EXPECT_EQ(actual[i].z, 0.0f) << "entry " << i;
-        ++i;
-    }
-}
-
-constexpr uint32_t rgba(int r, int g, int b, int a) {
-    return static_cast<uint32_t>(r) << 24 | static_cast<uint32_t>(g) << 16 |
-           static_cast<uint32_t>(b) << 8 | static_cast<uint32_t>(a);
-}
 
 // A 2 x 2 texture, image rows top first (row 0 is v = 0, which the screen coordinates put
 // at the top of the surface).
@@ -230,86 +209,32 @@ TEST_F(KNDrawBrilliantRadialTest, BindsAlphaShapeAndPatternToUnitsZeroAndOne) {
     layer.setAlphaShapeTextureID(21);
     layer.setPatternTextureID(22);
     layer.draw();
-    const GLuint program = layer.getShaderManager()->getProgram();
-    const char* samplers[] = {"uAlphaMap", "uPatternMap"};
-    for (int unit = 0; unit < 2; ++unit) {
-        GLint value = -1;
-        glGetUniformiv(program, glGetUniformLocation(program, samplers[unit]), &value);
-        EXPECT_EQ(value, unit) << samplers[unit];
-        glActiveTexture(GL_TEXTURE0 + unit);
-        GLint bound = 0;
-        glGetIntegerv(GL_TEXTURE_BINDING_2D, &bound);
-        EXPECT_EQ(bound, 21 + unit) << samplers[unit];
-    }
-    glActiveTexture(GL_TEXTURE0);
+    qam::test::expectSamplers(layer.getShaderManager()->getProgram(),
+                              {{"uAlphaMap", 21}, {"uPatternMap", 22}});
     // Its draw turns depth testing off whatever the renderer's option.
     layer.setDepthTest(true);
     layer.draw();
     EXPECT_FALSE(glIsEnabled(GL_DEPTH_TEST));
 }
 
-TEST_F(KNDrawBrilliantRadialTest, DrawsTheSamePixelsAfterALostContext) {
-    auto probes = [] {
-        return std::vector<uint32_t>{pixel(31, 31), pixel(56, 31), pixel(31, 6), pixel(16, 47),
-                                     pixel(0, 0)};
-    };
-    const std::vector<uint8_t> shapeTexels =
-        quadrants({255, 0, 0, 255}, {128, 0, 0, 255}, {64, 0, 0, 255}, {0, 0, 0, 255});
-    auto shape = std::make_unique<LayerTexture>(2, 2, shapeTexels);
-    auto pattern = std::make_unique<LayerTexture>(qam::test::Texel{0, 0, 0, 200});
+TEST_F(KNDrawBrilliantRadialTest, BadInputIsLoggedAndDroppedUnsetTexturesAreBoundAsTheyAre) {
     KNDrawBrilliantRadial layer;
-    cover(layer);
-    layer.setAlphaShapeTextureID(shape->id());
-    layer.setPatternTextureID(pattern->id());
-    layer.draw();
-    const std::vector<uint32_t> before = probes();
-
-    loseContext();
-    shape->forget();
-    pattern->forget();
-    layer.contextChanged();
-    {
-        // Until it is initialised again the layer only logs.
-        LogCapture log;
-        layer.draw();
-        EXPECT_EQ(log.messages().size(), 1u);
-    }
-    shape = std::make_unique<LayerTexture>(2, 2, shapeTexels);
-    pattern = std::make_unique<LayerTexture>(qam::test::Texel{0, 0, 0, 200});
-    glClear(GL_COLOR_BUFFER_BIT);
-    cover(layer);
-    layer.setAlphaShapeTextureID(shape->id());
-    layer.setPatternTextureID(pattern->id());
-    layer.draw();
-    EXPECT_EQ(probes(), before);
-}
-
-TEST_F(KNDrawBrilliantRadialTest, BadInputIsLoggedAndDropped) {
-    LogCapture log;
-    KNDrawBrilliantRadial layer;
-    layer.draw();
-    layer.flipTextureV();
-    EXPECT_EQ(log.messages().size(), 2u);
-    EXPECT_EQ(pixel(32, 32), 0u);
-
-    layer.initialize(0, 64);
-    EXPECT_EQ(log.messages().size(), 3u);
+    qam::test::expectOneLogLineEach(
+        {[&] { layer.flipTextureV(); }, [&] { layer.initialize(0, 64); }});
     EXPECT_TRUE(layer.getMesh()->vertex.empty());
 
     cover(layer);
-    layer.resizeSurface(64, 0);
-    layer.setSize(-1, 10);
-    EXPECT_EQ(log.messages().size(), 5u);
+    qam::test::expectOneLogLineEach(
+        {[&] { layer.resizeSurface(64, 0); }, [&] { layer.setSize(-1, 10); }});
     layer.setPosition(31.5f, 31.5f, 0);
     EXPECT_FLOAT_EQ(layer.getMesh()->vertex[3].x, 63);
     EXPECT_FLOAT_EQ(layer.getMesh()->normal[3].x, 1);
 
     // Unset and zero textures are bound as they are: they read black with alpha 1.
-    layer.setAlphaShapeTextureID(0xFFFFFFFFu);
+    layer.setAlphaShapeTextureID(qam::test::kUnset);
     layer.setPatternTextureID(0);
     layer.draw();
     EXPECT_PIXEL_NEAR(pixel(31, 31), rgba(128, 128, 0, 255), 1);
-    EXPECT_EQ(log.messages().size(), 5u);
 }
 
 }  // namespace
