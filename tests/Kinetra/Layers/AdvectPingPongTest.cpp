@@ -78,12 +78,12 @@ TEST_F(AdvectPingPongTest, ColourFlowsAwayFromTheRadialCentreFrameAfterFrame) {
     EXPECT_PIXEL_NEAR(pixel(kEdge, kRow), 0x9980FFFFu, 1);  // (0.6, 0.5, 1, 1)
 
     // Frame 0: a red half-plane left of the edge over black.
-    LayerTexture first(kSize, kSize,
-                       texels(kSize, kSize,
-                              [](int x, int) {
-                                  return x < kEdge ? Texel{255, 0, 0, 255} : Texel{0, 0, 0, 255};
-                              }),
-                       GL_LINEAR);  // filtered like the targets that follow
+    LayerTexture first(
+        kSize, kSize,
+        [](int x, int) {
+            return x < kEdge ? Texel{255, 0, 0, 255} : Texel{0, 0, 0, 255};
+        },
+        GL_LINEAR);  // filtered like the targets that follow
     LayerTexture still(Texel{128, 128, 128, 255});
     LayerTexture clear(Texel{0, 0, 0, 0});
     LayerTexture black(Texel{0, 0, 0, 255});

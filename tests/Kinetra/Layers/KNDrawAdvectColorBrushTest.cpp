@@ -187,10 +187,9 @@ TEST_F(KNDrawAdvectColorBrushTest, LaysTheBrightenedRadialColourOverByItsAlpha) 
 
 TEST_F(KNDrawAdvectColorBrushTest, ShowsAScreenFixedBackgroundWhereNoFieldIs) {
     LayerTexture pattern(Texel{200, 0, 0, 255});
-    LayerTexture background(
-        kSize, kSize, texels(kSize, kSize, [](int x, int) {
-            return x < kSize / 2 ? Texel{0, 255, 0, 255} : Texel{0, 0, 255, 255};
-        }));
+    LayerTexture background(kSize, kSize, [](int x, int) {
+        return x < kSize / 2 ? Texel{0, 255, 0, 255} : Texel{0, 0, 255, 255};
+    });
     LayerTexture none(Texel{255, 255, 255, 0});
     KNDrawAdvectColorBrush brush;
     brush.initialize(kSize, kSize, 0);

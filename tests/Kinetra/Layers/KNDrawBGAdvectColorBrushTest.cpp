@@ -64,13 +64,13 @@ TEST_F(KNDrawBGAdvectColorBrushTest, ScalarFactorsSlotsAndUnits) {
 TEST_F(KNDrawBGAdvectColorBrushTest, AdvectsWithoutDriftAndShowsTheBackgroundElsewhere) {
     LayerTexture previous(kSize, kSize, qam::test::redRamp(), GL_LINEAR);
     // Green ramp up the rows, 4 · y, with nearest filtering: row y reads 4 · y exactly.
-    LayerTexture background(kSize, kSize, texels(kSize, kSize, [](int, int y) {
-                                return Texel{0, static_cast<uint8_t>(4 * y), 255, 255};
-                            }));
+    LayerTexture background(kSize, kSize, [](int, int y) {
+        return Texel{0, static_cast<uint8_t>(4 * y), 255, 255};
+    });
     // Towards +u at full strength in the lower half, no field in the upper half.
-    LayerTexture field(kSize, kSize, texels(kSize, kSize, [](int, int y) {
-                           return Texel{255, 128, 255, static_cast<uint8_t>(y < 32 ? 255 : 0)};
-                       }));
+    LayerTexture field(kSize, kSize, [](int, int y) {
+        return Texel{255, 128, 255, static_cast<uint8_t>(y < 32 ? 255 : 0)};
+    });
     LayerTexture still(Texel{128, 128, 0, 255});
     KNDrawBGAdvectColorBrush brush;
     brush.initialize(kSize, kSize, 0);

@@ -125,9 +125,9 @@ TEST_F(KNDrawBrilliantAdvectTest, AVerticalStreakFollowsTheFlippedCoordinates) {
     // Velocity (0, 1) in a 3 x 125 texture lit in texel row 40: texel row 40 + i gets weight
     // i. The base coordinates put row 124 at the bottom, so that is screen row 84 - i.
     auto target = qam::test::boundTarget(3, kTaps);
-    LayerTexture up(3, kTaps, texels(3, kTaps, [](int, int y) {
-                        return Texel{128, 255, static_cast<uint8_t>(y == 40 ? 255 : 0), 255};
-                    }));
+    LayerTexture up(3, kTaps, [](int, int y) {
+        return Texel{128, 255, static_cast<uint8_t>(y == 40 ? 255 : 0), 255};
+    });
     KNDrawBrilliantAdvect layer;
     layer.initialize(3, kTaps);
     layer.setBlendOption(GL_ONE, GL_ZERO);
@@ -144,7 +144,7 @@ TEST_F(KNDrawBrilliantAdvectTest, DividesByAlphaAndSumsTheWeights) {
     auto target = qam::test::boundTarget(16, 16);
     KNDrawBrilliantAdvect layer;
     // Blue 0.2 over alpha 0.502 is 0.398, times the weights' sum 2.4: 0.956.
-    LayerTexture divided({255, 128, 51, 128});
+    LayerTexture divided(qam::test::Texel{255, 128, 51, 128});
     layer.initialize(16, 16);
     layer.setBlendOption(GL_ONE, GL_ZERO);
     layer.setRadialTextureID(divided.id());
@@ -153,7 +153,7 @@ TEST_F(KNDrawBrilliantAdvectTest, DividesByAlphaAndSumsTheWeights) {
 
     // The layer leaves blending as the caller set it: here initialize's source-alpha blend
     // over transparent black, 0.6 · 0.6 from blue 0.251 · 2.4 = 0.6.
-    LayerTexture quarter({255, 128, 64, 255});
+    LayerTexture quarter(qam::test::Texel{255, 128, 64, 255});
     KNDrawBrilliantAdvect blended;
     blended.initialize(16, 16);
     blended.setRadialTextureID(quarter.id());

@@ -111,8 +111,8 @@ TEST_F(KNDrawBrilliantRadialTest, CentresItsQuadOnThePositionWithScreenAndPatter
 }
 
 TEST_F(KNDrawBrilliantRadialTest, DrawsTheInscribedDiscOfOutwardDirections) {
-    LayerTexture alphaShape({255, 0, 0, 255});
-    LayerTexture pattern({0, 0, 0, 255});
+    LayerTexture alphaShape(qam::test::Texel{255, 0, 0, 255});
+    LayerTexture pattern(qam::test::Texel{0, 0, 0, 255});
     KNDrawBrilliantRadial layer;
     cover(layer);
     layer.setAlphaShapeTextureID(alphaShape.id());
@@ -148,8 +148,8 @@ TEST_F(KNDrawBrilliantRadialTest, DrawsTheInscribedDiscOfOutwardDirections) {
 }
 
 TEST_F(KNDrawBrilliantRadialTest, TheTimeStepScalesAndItsBlendOptionWaitsForTheNextDraw) {
-    LayerTexture alphaShape({255, 0, 0, 255});
-    LayerTexture pattern({0, 0, 0, 255});
+    LayerTexture alphaShape(qam::test::Texel{255, 0, 0, 255});
+    LayerTexture pattern(qam::test::Texel{0, 0, 0, 255});
     KNDrawBrilliantRadial layer;
     cover(layer);
     layer.setAlphaShapeTextureID(alphaShape.id());
@@ -174,7 +174,7 @@ TEST_F(KNDrawBrilliantRadialTest, MasksWithTheScreenAlphaShapeTimesThePattern) {
     // Alpha shape red per quadrant of the screen, pattern alpha 128 everywhere.
     LayerTexture shape(
         2, 2, quadrants({255, 0, 0, 255}, {128, 0, 0, 255}, {64, 0, 0, 255}, {0, 0, 0, 255}));
-    LayerTexture halfPattern({0, 0, 0, 128});
+    LayerTexture halfPattern(qam::test::Texel{0, 0, 0, 128});
     layer.setAlphaShapeTextureID(shape.id());
     layer.setPatternTextureID(halfPattern.id());
     layer.draw();
@@ -182,7 +182,7 @@ TEST_F(KNDrawBrilliantRadialTest, MasksWithTheScreenAlphaShapeTimesThePattern) {
     expectQuadrantBlues(kSide, kSide, {128, 64, 32, 0});
 
     // Square (portrait-like) surface: the pattern lies on the screen as it is.
-    LayerTexture fullShape({255, 0, 0, 255});
+    LayerTexture fullShape(qam::test::Texel{255, 0, 0, 255});
     LayerTexture pattern(2, 2,
                          quadrants({0, 0, 0, 255}, {0, 0, 0, 51}, {0, 0, 0, 102}, {0, 0, 0, 204}));
     layer.setAlphaShapeTextureID(fullShape.id());

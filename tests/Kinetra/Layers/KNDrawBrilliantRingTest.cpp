@@ -49,8 +49,7 @@ std::unique_ptr<LayerTexture> uniform(Texel colour) {
 std::unique_ptr<LayerTexture> colourColumns() {
     const Texel columns[4] = {
         {128, 128, 128, 255}, {51, 153, 102, 255}, {153, 0, 0, 255}, {255, 0, 0, 255}};
-    return std::make_unique<LayerTexture>(4, 1,
-                                          texels(4, 1, [&](int x, int) { return columns[x]; }));
+    return std::make_unique<LayerTexture>(4, 1, [&](int x, int) { return columns[x]; });
 }
 
 // Images that light every pixel a little (shine 1/255) under a full alpha map: the output is
@@ -181,11 +180,10 @@ TEST_F(KNDrawBrilliantRingTest, TheAlphaMapChoosesTheZoomedBackground) {
     cover(ring);
     RingImages images = faintlyLit(std::make_unique<LayerTexture>(
         256, 1,
-        texels(256, 1,
-               [](int x, int) {
-                   const auto v = static_cast<uint8_t>(std::lround(255.0 * (x + 0.5) / 256));
-                   return Texel{v, v, v, 255};
-               }),
+        [](int x, int) {
+            const auto v = static_cast<uint8_t>(std::lround(255.0 * (x + 0.5) / 256));
+            return Texel{v, v, v, 255};
+        },
         GL_LINEAR));
     images.bind(ring);
     ring.draw();

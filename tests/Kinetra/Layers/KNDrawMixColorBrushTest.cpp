@@ -121,9 +121,9 @@ TEST_F(KNDrawMixColorBrushTest, SaturatesAboutTheRedWeightedGreyLevel) {
 
 TEST_F(KNDrawMixColorBrushTest, WeighsTheDensityByTheFourthPowerOfAlpha) {
     // Base rows 4 · y, upside down: this brush puts texture row v = 1 at the bottom.
-    LayerTexture base(kSize, kSize, texels(kSize, kSize, [](int, int y) {
-                          return Texel{255, static_cast<uint8_t>(4 * y), 255, 255};
-                      }));
+    LayerTexture base(kSize, kSize, [](int, int y) {
+        return Texel{255, static_cast<uint8_t>(4 * y), 255, 255};
+    });
     LayerTexture halfAlpha(Texel{0, 0, 0, 128});
     LayerTexture transparent(Texel{0, 0, 0, 0});
     KNDrawMixColorBrush brush;

@@ -75,39 +75,37 @@ void centreSquare(Brush& brush, int width, int height) {
 LayerTexture ringShape() {
     return LayerTexture(
         108, 192,
-        texels(108, 192,
-               [](int x, int y) {
-                   const double d = std::hypot(x + 0.5 - 54, y + 0.5 - 96) / 108;
-                   return Texel{byte(std::exp(-std::pow((d - 0.4) / 0.06, 2))), 0, 0, 255};
-               }),
+        [](int x, int y) {
+            const double d = std::hypot(x + 0.5 - 54, y + 0.5 - 96) / 108;
+            return Texel{byte(std::exp(-std::pow((d - 0.4) / 0.06, 2))), 0, 0, 255};
+        },
         GL_LINEAR);
 }
 
 // Scattered sparkles: full alpha on about one texel in seven, faint elsewhere.
 LayerTexture sparkles() {
-    return LayerTexture(64, 64,
-                        texels(64, 64,
-                               [](int x, int y) {
-                                   const unsigned hash = (x * 73856093u) ^ (y * 19349663u);
-                                   return Texel{0, 0, 0, byte(hash % 7 == 0 ? 1 : 0.235)};
-                               }),
-                        GL_LINEAR);
+    return LayerTexture(
+        64, 64,
+        [](int x, int y) {
+            const unsigned hash = (x * 73856093u) ^ (y * 19349663u);
+            return Texel{0, 0, 0, byte(hash % 7 == 0 ? 1 : 0.235)};
+        },
+        GL_LINEAR);
 }
 
 // Hue across, brightness up the image.
 LayerTexture rainbow() {
     return LayerTexture(
         64, 64,
-        texels(64, 64,
-               [](int x, int y) {
-                   const double h = x / 64.0 * 6;
-                   const double v = 0.85 - 0.5 * y / 64;
-                   auto at = [&](double n) {
-                       const double k = std::fmod(n + h, 6);
-                       return v - v * 0.7 * std::max(0.0, std::min({k, 4 - k, 1.0}));
-                   };
-                   return Texel{byte(at(5)), byte(at(3)), byte(at(1)), 255};
-               }),
+        [](int x, int y) {
+            const double h = x / 64.0 * 6;
+            const double v = 0.85 - 0.5 * y / 64;
+            auto at = [&](double n) {
+                const double k = std::fmod(n + h, 6);
+                return v - v * 0.7 * std::max(0.0, std::min({k, 4 - k, 1.0}));
+            };
+            return Texel{byte(at(5)), byte(at(3)), byte(at(1)), 255};
+        },
         GL_LINEAR);
 }
 
@@ -148,20 +146,20 @@ struct Scene<KNDrawAdvectColorBrush> {
     // background around it.
     static void draw(KNDrawAdvectColorBrush& brush, int width, int height) {
         LayerTexture previous(64, 64, qam::test::redRamp(), GL_LINEAR);
-        LayerTexture field(64, 64, texels(64, 64, [](int, int y) {
-                               return Texel{255, 128, 255, byte(y >= 16 && y < 48 ? 1 : 0)};
-                           }));
+        LayerTexture field(64, 64, [](int, int y) {
+            return Texel{255, 128, 255, byte(y >= 16 && y < 48 ? 1 : 0)};
+        });
         LayerTexture noise(Texel{128, 200, 0, 255});
-        LayerTexture colour(64, 64, texels(64, 64, [](int x, int) {
-                                return Texel{0, 180, 90, static_cast<uint8_t>(x >= 48 ? 160 : 0)};
-                            }));
+        LayerTexture colour(64, 64, [](int x, int) {
+            return Texel{0, 180, 90, static_cast<uint8_t>(x >= 48 ? 160 : 0)};
+        });
         LayerTexture pattern(Texel{40, 40, 120, 255});
-        LayerTexture background(64, 64,
-                                texels(64, 64,
-                                       [](int, int y) {
-                                           return Texel{static_cast<uint8_t>(4 * y), 0, 0, 255};
-                                       }),
-                                GL_LINEAR);
+        LayerTexture background(
+            64, 64,
+            [](int, int y) {
+                return Texel{static_cast<uint8_t>(4 * y), 0, 0, 255};
+            },
+            GL_LINEAR);
         brush.initialize(width, height, 0);
         brush.setFBOID(previous.id());
         brush.setVelocityRadialTextureID(noise.id(), field.id(), colour.id());
@@ -178,27 +176,25 @@ struct Scene<KNDrawBGAdvectColorBrush> {
     static constexpr bool kLogsWhenLost = false;
     // A checked previous frame pulled along a swirl in the middle disc, over a gradient.
     static void draw(KNDrawBGAdvectColorBrush& brush, int width, int height) {
-        LayerTexture previous(64, 64, texels(64, 64, [](int x, int y) {
-                                  return ((x / 8) + (y / 8)) % 2 == 0 ? Texel{30, 30, 60, 255}
-                                                                      : Texel{230, 200, 90, 255};
-                              }));
-        LayerTexture background(64, 64,
-                                texels(64, 64,
-                                       [](int x, int y) {
-                                           return Texel{static_cast<uint8_t>(2 * y), 60,
-                                                        static_cast<uint8_t>(255 - 3 * x), 255};
-                                       }),
-                                GL_LINEAR);
-        LayerTexture swirl(64, 64,
-                           texels(64, 64,
-                                  [](int x, int y) {
-                                      const int dx = x - 32;
-                                      const int dy = y - 32;
-                                      return Texel{static_cast<uint8_t>(128 - 4 * dy),
-                                                   static_cast<uint8_t>(128 + 4 * dx), 255,
-                                                   byte(dx * dx + dy * dy < 24 * 24 ? 1 : 0)};
-                                  }),
-                           GL_LINEAR);
+        LayerTexture previous(64, 64, [](int x, int y) {
+            return ((x / 8) + (y / 8)) % 2 == 0 ? Texel{30, 30, 60, 255} : Texel{230, 200, 90, 255};
+        });
+        LayerTexture background(
+            64, 64,
+            [](int x, int y) {
+                return Texel{static_cast<uint8_t>(2 * y), 60, static_cast<uint8_t>(255 - 3 * x),
+                             255};
+            },
+            GL_LINEAR);
+        LayerTexture swirl(
+            64, 64,
+            [](int x, int y) {
+                const int dx = x - 32;
+                const int dy = y - 32;
+                return Texel{static_cast<uint8_t>(128 - 4 * dy), static_cast<uint8_t>(128 + 4 * dx),
+                             255, byte(dx * dx + dy * dy < 24 * 24 ? 1 : 0)};
+            },
+            GL_LINEAR);
         brush.initialize(width, height, 0);
         brush.setRadialVectorScalar(10);
         brush.setFBOID(previous.id());
@@ -215,19 +211,18 @@ struct Scene<KNDrawMixColorBrush> {
     static constexpr bool kLogsWhenLost = false;
     // A dusk gradient as the base; a soft blob of blue density over ochre.
     static void draw(KNDrawMixColorBrush& brush, int width, int height) {
-        LayerTexture base(64, 64,
-                          texels(64, 64,
-                                 [](int, int y) {
-                                     return Texel{static_cast<uint8_t>(20 + y), 30,
-                                                  static_cast<uint8_t>(60 + 2 * y), 255};
-                                 }),
-                          GL_LINEAR);
+        LayerTexture base(
+            64, 64,
+            [](int, int y) {
+                return Texel{static_cast<uint8_t>(20 + y), 30, static_cast<uint8_t>(60 + 2 * y),
+                             255};
+            },
+            GL_LINEAR);
         LayerTexture blob(
             64, 64,
-            texels(64, 64,
-                   [](int x, int y) {
-                       return Texel{0, 0, 0, byte(1.0 - std::hypot(x - 32.0, y - 32.0) / 32)};
-                   }),
+            [](int x, int y) {
+                return Texel{0, 0, 0, byte(1.0 - std::hypot(x - 32.0, y - 32.0) / 32)};
+            },
             GL_LINEAR);
         LayerTexture density(Texel{40, 90, 220, 255});
         LayerTexture ochre(Texel{153, 102, 51, 255});
@@ -258,17 +253,16 @@ struct Scene<KNDrawBGAdvectWaterBrush> {
         radial.setTimeStep(1);
         radial.draw();
 
-        LayerTexture checks(
-            16, 16, texels(16, 16, [](int x, int y) {
-                return (x + y) % 2 == 0 ? Texel{250, 240, 220, 255} : Texel{30, 40, 90, 255};
-            }));
-        LayerTexture noise(64, 64,
-                           texels(64, 64,
-                                  [](int x, int y) {
-                                      return Texel{byte(0.5 + 0.39 * std::sin(x * 0.4)),
-                                                   byte(0.5 + 0.39 * std::cos(y * 0.3)), 0, 255};
-                                  }),
-                           GL_LINEAR);
+        LayerTexture checks(16, 16, [](int x, int y) {
+            return (x + y) % 2 == 0 ? Texel{250, 240, 220, 255} : Texel{30, 40, 90, 255};
+        });
+        LayerTexture noise(
+            64, 64,
+            [](int x, int y) {
+                return Texel{byte(0.5 + 0.39 * std::sin(x * 0.4)),
+                             byte(0.5 + 0.39 * std::cos(y * 0.3)), 0, 255};
+            },
+            GL_LINEAR);
         brush.initialize(width, height, 0);
         brush.setBGTexture("bg", false);
         brush.setRadialVectorScalar(10);
@@ -303,14 +297,13 @@ struct Scene<KNDrawMixWaterBrush> {
     // A density ramp shown through a disc over the fitted background.
     static void draw(KNDrawMixWaterBrush& brush, int width, int height) {
         qam::test::registerBackground();
-        LayerTexture density(64, 64,
-                             texels(64, 64,
-                                    [](int x, int y) {
-                                        return Texel{static_cast<uint8_t>(4 * x),
-                                                     static_cast<uint8_t>(4 * y),
-                                                     static_cast<uint8_t>(252 - 4 * x), 255};
-                                    }),
-                             GL_LINEAR);
+        LayerTexture density(
+            64, 64,
+            [](int x, int y) {
+                return Texel{static_cast<uint8_t>(4 * x), static_cast<uint8_t>(4 * y),
+                             static_cast<uint8_t>(252 - 4 * x), 255};
+            },
+            GL_LINEAR);
         LayerTexture alpha(128, 128, disc(), GL_LINEAR);
         brush.initialize(width, height, 0);
         brush.setBGTexture("bg", false);

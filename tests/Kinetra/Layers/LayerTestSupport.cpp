@@ -45,8 +45,7 @@ LayerTexture::LayerTexture(int width, int height, const std::vector<uint8_t>& rg
                  rgba.data());
 }
 
-LayerTexture::LayerTexture(Texel colour)
-    : LayerTexture(4, 4, texels(4, 4, [&](int, int) { return colour; })) {}
+LayerTexture::LayerTexture(Texel colour) : LayerTexture(4, 4, [&](int, int) { return colour; }) {}
 
 LayerTexture::~LayerTexture() {
     if (mId != 0) {

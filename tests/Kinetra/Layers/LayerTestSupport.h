@@ -51,6 +51,10 @@ class LayerTexture {
   public:
     LayerTexture(int width, int height, const std::vector<uint8_t>& rgba,
                  GLenum filter = GL_NEAREST);
+    // Texel by texel.
+    LayerTexture(int width, int height, const std::function<Texel(int x, int y)>& at,
+                 GLenum filter = GL_NEAREST)
+        : LayerTexture(width, height, texels(width, height, at), filter) {}
     // One colour over a small texture.
     explicit LayerTexture(Texel colour);
     ~LayerTexture();
