@@ -29,6 +29,10 @@ const char* const kNeedsVarying =
 
 class KNShaderManagerTest : public GLTest {
   protected:
+    void SetUp() override {
+        GLTest::SetUp();
+        glDisable(GL_BLEND);  // a renderer test before may have left it on
+    }
     // Fills the viewport with the manager's program and the uniform values given.
     void drawQuad(KNShaderManager& shader, float r, float g, float b, float gain) {
         static const float corners[] = {-1, -1, 1, -1, -1, 1, 1, 1};

@@ -245,10 +245,6 @@ TEST_F(KNTextureManagerTest, ColourBuffersAreCopiedAndUploadedOnce) {
     ASSERT_NE(buffer, nullptr);
     EXPECT_EQ(manager.checkSameTextureColor("pattern"), buffer);
     EXPECT_EQ(manager.getTextureColor("missing"), nullptr);
-    EXPECT_EQ(buffer->width, 2);
-    EXPECT_EQ(buffer->size, 16);
-    EXPECT_EQ(buffer->channels, 4);
-    EXPECT_STREQ(buffer->name, "pattern");
     EXPECT_EQ(buffer->pixels[0], 0xFF);
 
     manager.setTextureMagFilterOption(GL_NEAREST);
