@@ -1,27 +1,19 @@
-#include <GLES2/gl2.h>
 
 #include <cmath>
-#include <cstdint>
-#include <memory>
-#include <vector>
 
-#include "Kinetra/Core/KNFBO.h"
 #include "Kinetra/Core/KNTextureManager.h"
 #include "Kinetra/Layers/KNDrawAdvectColorBrush.h"
 #include "Kinetra/Layers/KNDrawRadialColorBrush.h"
 #include "tests/Kinetra/Layers/LayerTestSupport.h"
-#include "tests/support/GLTest.h"
 
 namespace {
+
+using namespace qam::test;
 
 using Kinetra::KNDrawAdvectColorBrush;
 using Kinetra::KNDrawRadialColorBrush;
 using Kinetra::KNFBO;
 using Kinetra::KNTextureManager;
-using qam::test::GLTest;
-using qam::test::LayerTexture;
-using qam::test::Texel;
-using qam::test::texels;
 
 constexpr int kSize = 128;
 constexpr int kRow = 64;         // the field's centre row: the field is horizontal there
@@ -64,7 +56,7 @@ class AdvectPingPongTest : public GLTest {
 TEST_F(AdvectPingPongTest, ColourFlowsAwayFromTheRadialCentreFrameAfterFrame) {
     // The field: a radial colour brush over the whole surface, centred right of the edge.
     std::unique_ptr<KNFBO> field = target();
-    qam::test::namedTexture("mask", Texel{255, 255, 255, 255});
+    namedTexture("mask", Texel{255, 255, 255, 255});
     KNDrawRadialColorBrush radial;
     radial.initialize(kSize, kSize);
     radial.setMaskTexture("mask");

@@ -1,4 +1,3 @@
-#include <GLES2/gl2.h>
 
 #include <type_traits>
 
@@ -15,8 +14,9 @@
 
 namespace {
 
+using namespace qam::test;
+
 using Kinetra::KNMesh;
-using qam::test::expectPoints;
 
 // The colour brushes hold their mesh by pointer, the water brushes by value.
 template <typename Brush>
@@ -34,7 +34,7 @@ constexpr bool kWater = std::is_same_v<Brush, Kinetra::KNDrawBGAdvectWaterBrush>
 
 // The quad builders of the colour and water brushes share one recipe, quirks included.
 template <typename Brush>
-class BrushQuadTest : public qam::test::GLTest {};
+class BrushQuadTest : public GLTest {};
 
 using Brushes = ::testing::Types<Kinetra::KNDrawAdvectColorBrush, Kinetra::KNDrawBGAdvectColorBrush,
                                  Kinetra::KNDrawMixColorBrush, Kinetra::KNDrawBGAdvectWaterBrush,
@@ -87,7 +87,7 @@ TYPED_TEST(BrushQuadTest, IndicesGrowByFourWithEveryRebuild) {
 
 // The radial brushes build the true rectangle instead, and refill their indices.
 template <typename Brush>
-class RadialQuadTest : public qam::test::LayerTest {};
+class RadialQuadTest : public LayerTest {};
 
 using RadialBrushes =
     ::testing::Types<Kinetra::KNDrawRadialColorBrush, Kinetra::KNDrawRadialColorBrushColor,
@@ -118,12 +118,12 @@ TYPED_TEST(RadialQuadTest, BuildsTheTrueRectangleAndRefillsItsIndices) {
 
     // A new surface is the new size of the quad, about the same position; the mask is
     // forgotten.
-    qam::test::namedTexture("mask", {255, 255, 255, 255});
+    namedTexture("mask", {255, 255, 255, 255});
     brush.setMaskTexture("mask");
     brush.resizeSurface(400.5f, 100);
     EXPECT_EQ(brush.getSurfaceWidth(), 400);
     expectPoints(mesh.vertex, {{-190.25f, -30}, {210.25f, -30}, {-190.25f, 70}, {210.25f, 70}});
-    EXPECT_EQ(brush.getMaskTextureID(), qam::test::kUnset);
+    EXPECT_EQ(brush.getMaskTextureID(), kUnset);
 
     // Initialising again starts from an empty mesh.
     brush.initialize(300, 200);

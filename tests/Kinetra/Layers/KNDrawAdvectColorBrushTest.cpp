@@ -1,26 +1,14 @@
 #include "Kinetra/Layers/KNDrawAdvectColorBrush.h"
 
-#include <GLES2/gl2.h>
-
-#include <cstdint>
-
 #include "Kinetra/Core/KNMesh.h"
-#include "Kinetra/Core/KNShaderManager.h"
 #include "tests/Kinetra/Layers/LayerTestSupport.h"
 #include "tests/support/GLCallCounter.h"
 
 namespace {
 
+using namespace qam::test;
+
 using Kinetra::KNDrawAdvectColorBrush;
-using qam::test::boundTexture;
-using qam::test::byteOf;
-using qam::test::channel;
-using qam::test::kLayerTolerance;
-using qam::test::kUnset;
-using qam::test::LayerTexture;
-using qam::test::Texel;
-using qam::test::texels;
-using qam::test::unit;
 
 constexpr int kSize = 64;
 
@@ -37,7 +25,7 @@ double shiftU(int radialRed, int radialBlue, int velocityRed, float radialScalar
            unit(radialBlue) * 0.0021;
 }
 
-using KNDrawAdvectColorBrushTest = qam::test::TargetLayerTest;
+using KNDrawAdvectColorBrushTest = TargetLayerTest;
 
 // The scalars' factors (125 and 18.525) and the defaults initialize writes over them; a new
 // surface forgets the background and the pattern only.
@@ -53,7 +41,7 @@ TEST_F(KNDrawAdvectColorBrushTest, ScalarFactorsAndWhatANewSurfaceForgets) {
     EXPECT_FLOAT_EQ(brush.getRadialVectorScalar(), 9.2625f);
 
     // By name through the texture manager; an unknown name stores what it answers, 0.
-    const unsigned int sky = qam::test::namedTexture("sky", Texel{255, 255, 255, 255});
+    const unsigned int sky = namedTexture("sky", Texel{255, 255, 255, 255});
     brush.setBGTexture("sky", true);
     EXPECT_EQ(brush.getBackgroundTextureID(), sky);
     char pattern[] = "pattern";
@@ -75,10 +63,9 @@ TEST_F(KNDrawAdvectColorBrushTest, SlotsUnitsAndUniforms) {
     brush.initialize(720.9f, 64, 0);
     Kinetra::KNShaderManager& shader = *brush.getShaderManager();
     const GLuint program = shader.getProgram();
-    qam::test::expectUniformSlots(
-        shader,
-        {"uMVPMatrix", "uTexMap", "uVelocity", "uRadial", "uOriginal", "uRadialColor",
-         "uNoiseVectorScalar", "uRadialVectorScalar", "uBackground", "uInvScreenX", "uInvScreenY"});
+    expectUniformSlots(shader, {"uMVPMatrix", "uTexMap", "uVelocity", "uRadial", "uOriginal",
+                                "uRadialColor", "uNoiseVectorScalar", "uRadialVectorScalar",
+                                "uBackground", "uInvScreenX", "uInvScreenY"});
     EXPECT_EQ(shader.getUniform(11), -1);  // registered though the program has no such uniform
     EXPECT_EQ(shader.getAttribute(0), glGetAttribLocation(program, "aPosition"));
     EXPECT_EQ(shader.getAttribute(1), glGetAttribLocation(program, "aTexUV"));
@@ -88,17 +75,17 @@ TEST_F(KNDrawAdvectColorBrushTest, SlotsUnitsAndUniforms) {
     brush.setBackgroundTextureID(25);
     brush.changePatternColorTextureID(26);
     glDisable(GL_BLEND);
-    qam::test::GLCallCounter calls;
+    GLCallCounter calls;
     brush.draw();
     EXPECT_EQ(calls.count("glDrawElements"), 1);
     EXPECT_EQ(calls.count("glEnableVertexAttribArray"), 2);
     EXPECT_EQ(calls.count("glDisableVertexAttribArray"), 2);
-    qam::test::expectSamplers(program, {{"uTexMap", 21},
-                                        {"uVelocity", 22},
-                                        {"uRadial", 23},
-                                        {"uOriginal", 26},
-                                        {"uRadialColor", 24},
-                                        {"uBackground", 25}});
+    expectSamplers(program, {{"uTexMap", 21},
+                             {"uVelocity", 22},
+                             {"uRadial", 23},
+                             {"uOriginal", 26},
+                             {"uRadialColor", 24},
+                             {"uBackground", 25}});
     // Blending on, source alpha over the rest.
     EXPECT_TRUE(glIsEnabled(GL_BLEND));
     GLint source = 0;
@@ -109,16 +96,16 @@ TEST_F(KNDrawAdvectColorBrushTest, SlotsUnitsAndUniforms) {
     EXPECT_EQ(destination, GL_ONE_MINUS_SRC_ALPHA);
 
     // The reciprocal of the whole-pixel width; the scalars as stored.
-    EXPECT_FLOAT_EQ(qam::test::uniformFloat(program, "uInvScreenX"), 1.0f / 720.0f);
-    EXPECT_FLOAT_EQ(qam::test::uniformFloat(program, "uInvScreenY"), 1.0f / 64.0f);
-    EXPECT_FLOAT_EQ(qam::test::uniformFloat(program, "uNoiseVectorScalar"), 15.625f);
-    EXPECT_FLOAT_EQ(qam::test::uniformFloat(program, "uRadialVectorScalar"), 9.2625f);
+    EXPECT_FLOAT_EQ(uniformFloat(program, "uInvScreenX"), 1.0f / 720.0f);
+    EXPECT_FLOAT_EQ(uniformFloat(program, "uInvScreenY"), 1.0f / 64.0f);
+    EXPECT_FLOAT_EQ(uniformFloat(program, "uNoiseVectorScalar"), 15.625f);
+    EXPECT_FLOAT_EQ(uniformFloat(program, "uRadialVectorScalar"), 9.2625f);
 }
 
 // Where the field is present the previous frame is fetched from upstream along the field,
 // drifts towards the pattern by 0.75 % and takes the radial colour over by its alpha.
 TEST_F(KNDrawAdvectColorBrushTest, AdvectsAlongTheFieldAndDriftsTowardsThePattern) {
-    LayerTexture previous(kSize, kSize, qam::test::redRamp(), GL_LINEAR);
+    LayerTexture previous(kSize, kSize, redRamp(), GL_LINEAR);
     LayerTexture field(Texel{255, 128, 255, 255});  // towards +u at full strength
     LayerTexture still(Texel{128, 128, 0, 255});    // noise: nearly no direction
     LayerTexture pattern(Texel{0, 0, 255, 255});
@@ -213,17 +200,16 @@ TEST_F(KNDrawAdvectColorBrushTest, ShowsAScreenFixedBackgroundWhereNoFieldIs) {
 
 TEST_F(KNDrawAdvectColorBrushTest, BadInputIsLoggedAndDroppedUnsetTexturesAreBoundAsTheyAre) {
     KNDrawAdvectColorBrush brush;
-    qam::test::expectOneLogLineEach(
+    expectOneLogLineEach(
         {[&] { brush.initialize(0, 64, 0); }, [&] { brush.initialize(64, -1.0f / 0.0f, 0); }});
     EXPECT_EQ(brush.getMesh(), nullptr);
 
     brush.initialize(kSize, kSize, 0);
     brush.setBackgroundTextureID(7);
     brush.changePatternColorTextureID(8);
-    qam::test::expectOneLogLineEach({[&] { brush.setBGTexture(nullptr, false); },
-                                     [&] { brush.setPatternColorTexture(nullptr, false); },
-                                     [&] { brush.setSize(0, 0); },
-                                     [&] { brush.resizeSurface(3e9f, 10); }});
+    expectOneLogLineEach({[&] { brush.setBGTexture(nullptr, false); },
+                          [&] { brush.setPatternColorTexture(nullptr, false); },
+                          [&] { brush.setSize(0, 0); }, [&] { brush.resizeSurface(3e9f, 10); }});
     EXPECT_EQ(brush.getBackgroundTextureID(), 7u);
     EXPECT_EQ(brush.getPatternColorTextureID(), 8u);
     EXPECT_EQ(brush.getSurfaceWidth(), kSize);
@@ -231,7 +217,7 @@ TEST_F(KNDrawAdvectColorBrushTest, BadInputIsLoggedAndDroppedUnsetTexturesAreBou
 
     brush.setFBOID(kUnset);
     brush.setVelocityRadialTextureID(0, 0, 0);
-    qam::test::GLCallCounter calls;
+    GLCallCounter calls;
     brush.draw();
     EXPECT_EQ(calls.count("glDrawElements"), 1);
     EXPECT_EQ(boundTexture(0), kUnset);

@@ -1,29 +1,17 @@
 #include "Kinetra/Layers/KNDrawBGAdvectColorBrush.h"
 
-#include <GLES2/gl2.h>
-
-#include <cstdint>
-#include <vector>
-
-#include "Kinetra/Core/KNShaderManager.h"
 #include "tests/Kinetra/Layers/LayerTestSupport.h"
 #include "tests/support/GLCallCounter.h"
 
 namespace {
 
+using namespace qam::test;
+
 using Kinetra::KNDrawBGAdvectColorBrush;
-using qam::test::boundTexture;
-using qam::test::byteOf;
-using qam::test::channel;
-using qam::test::kLayerTolerance;
-using qam::test::kUnset;
-using qam::test::LayerTexture;
-using qam::test::Texel;
-using qam::test::texels;
 
 constexpr int kSize = 64;
 
-using KNDrawBGAdvectColorBrushTest = qam::test::TargetLayerTest;
+using KNDrawBGAdvectColorBrushTest = TargetLayerTest;
 
 TEST_F(KNDrawBGAdvectColorBrushTest, ScalarFactorsSlotsAndUnits) {
     KNDrawBGAdvectColorBrush brush;
@@ -35,21 +23,20 @@ TEST_F(KNDrawBGAdvectColorBrushTest, ScalarFactorsSlotsAndUnits) {
     EXPECT_FLOAT_EQ(brush.getNoiseVectorScalar(), 250.0f);
     EXPECT_FLOAT_EQ(brush.getRadialVectorScalar(), 37.05f);
 
-    const unsigned int stone = qam::test::namedTexture("stone", Texel{128, 128, 128, 255});
+    const unsigned int stone = namedTexture("stone", Texel{128, 128, 128, 255});
     brush.setBGTexture("stone", false);
     brush.setFBOID(31);
     brush.setVelocityRadialTextureID(32, 33);
     Kinetra::KNShaderManager& shader = *brush.getShaderManager();
     const GLuint program = shader.getProgram();
-    qam::test::expectUniformSlots(
-        shader, {"uMVPMatrix", "uTexMap", "uVelocity", "uRadial", "uOriginal", "uNoiseVectorScalar",
-                 "uRadialVectorScalar"});
-    qam::test::GLCallCounter calls;
+    expectUniformSlots(shader, {"uMVPMatrix", "uTexMap", "uVelocity", "uRadial", "uOriginal",
+                                "uNoiseVectorScalar", "uRadialVectorScalar"});
+    GLCallCounter calls;
     brush.draw();
     EXPECT_EQ(calls.count("glDrawElements"), 1);
-    qam::test::expectSamplers(
-        program, {{"uTexMap", 31}, {"uVelocity", 32}, {"uRadial", 33}, {"uOriginal", stone}});
-    EXPECT_FLOAT_EQ(qam::test::uniformFloat(program, "uNoiseVectorScalar"), 250.0f);
+    expectSamplers(program,
+                   {{"uTexMap", 31}, {"uVelocity", 32}, {"uRadial", 33}, {"uOriginal", stone}});
+    EXPECT_FLOAT_EQ(uniformFloat(program, "uNoiseVectorScalar"), 250.0f);
     EXPECT_TRUE(glIsEnabled(GL_BLEND));
 
     // A new surface forgets the background only, which then goes to GL unset.
@@ -62,7 +49,7 @@ TEST_F(KNDrawBGAdvectColorBrushTest, ScalarFactorsSlotsAndUnits) {
 // Inside the field: the previous frame fetched upstream, nothing of the background mixed in.
 // Outside: the background, which moves with the quad.
 TEST_F(KNDrawBGAdvectColorBrushTest, AdvectsWithoutDriftAndShowsTheBackgroundElsewhere) {
-    LayerTexture previous(kSize, kSize, qam::test::redRamp(), GL_LINEAR);
+    LayerTexture previous(kSize, kSize, redRamp(), GL_LINEAR);
     // Green ramp up the rows, 4 · y, with nearest filtering: row y reads 4 · y exactly.
     LayerTexture background(kSize, kSize, [](int, int y) {
         return Texel{0, static_cast<uint8_t>(4 * y), 255, 255};
@@ -105,16 +92,16 @@ TEST_F(KNDrawBGAdvectColorBrushTest, AdvectsWithoutDriftAndShowsTheBackgroundEls
 
 TEST_F(KNDrawBGAdvectColorBrushTest, BadInputIsLoggedAndDropped) {
     KNDrawBGAdvectColorBrush brush;
-    qam::test::expectOneLogLineEach({[&] {
+    expectOneLogLineEach({[&] {
         brush.setSize(10, 10);  // builds a quad, but there is still nothing to draw it with
         brush.draw();
     }});
     brush.initialize(kSize, kSize, 0);
     brush.changeBGTextureID(9);
-    qam::test::expectOneLogLineEach(
+    expectOneLogLineEach(
         {[&] { brush.setBGTexture(nullptr, true); }, [&] { brush.resizeSurface(0.5f, 10); }});
     EXPECT_EQ(brush.getBGTextureID(), 9u);
-    qam::test::GLCallCounter calls;
+    GLCallCounter calls;
     brush.draw();
     EXPECT_EQ(calls.count("glDrawElements"), 1);
     EXPECT_EQ(boundTexture(0), kUnset);  // no previous frame handed in yet

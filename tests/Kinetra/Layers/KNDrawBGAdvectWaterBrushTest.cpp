@@ -1,39 +1,29 @@
 #include "Kinetra/Layers/KNDrawBGAdvectWaterBrush.h"
 
-#include <GLES2/gl2.h>
-
 #include <cmath>
-#include <cstdint>
 #include <limits>
-#include <vector>
 
-#include "Kinetra/Core/KNFBO.h"
 #include "tests/Kinetra/Layers/LayerTestSupport.h"
 
 namespace {
 
+using namespace qam::test;
+
 using Kinetra::KNDrawBGAdvectWaterBrush;
-using qam::test::channel;
-using qam::test::expectPoints;
-using qam::test::kLayerTolerance;
-using qam::test::kUnset;
-using qam::test::LayerTexture;
-using qam::test::namedTexture;
-using qam::test::Texel;
 
 // The advection step: 0.0175 · 0.006.
 constexpr double kStep = 0.000105;
 
 // Red ramp across the 64 columns, 4 · x, linearly filtered: at u it reads 256 u - 2.
-std::unique_ptr<LayerTexture> redRamp() {
-    return std::make_unique<LayerTexture>(64, 64, qam::test::redRamp(), GL_LINEAR);
+std::unique_ptr<LayerTexture> rampTexture() {
+    return std::make_unique<LayerTexture>(64, 64, redRamp(), GL_LINEAR);
 }
 
 double rampAt(double u) {
     return 256 * u - 2;
 }
 
-using KNDrawBGAdvectWaterBrushTest = qam::test::LayerTest;
+using KNDrawBGAdvectWaterBrushTest = LayerTest;
 
 // The scalars start at the raw factor 1, not 125 and 18.525 times anything; only the
 // background coordinates are fitted to the "bg" image.
@@ -66,9 +56,8 @@ TEST_F(KNDrawBGAdvectWaterBrushTest, SlotsUnitsValuesAndBlending) {
     brush.initialize(kWidth, kHeight, 0);
     Kinetra::KNShaderManager& shader = brush.getShaderManager();
     const GLuint program = shader.getProgram();
-    qam::test::expectUniformSlots(
-        shader, {"uMVPMatrix", "uTexMap", "uVelocity", "uRadial", "uOriginal", "uNoiseVectorScalar",
-                 "uRadialVectorScalar"});
+    expectUniformSlots(shader, {"uMVPMatrix", "uTexMap", "uVelocity", "uRadial", "uOriginal",
+                                "uNoiseVectorScalar", "uRadialVectorScalar"});
     const char* attributes[] = {"aPosition", "aTexUV", "aTexUVBG"};
     for (int id = 0; id < 3; ++id) {
         EXPECT_EQ(shader.getAttribute(id), glGetAttribLocation(program, attributes[id]));
@@ -81,10 +70,10 @@ TEST_F(KNDrawBGAdvectWaterBrushTest, SlotsUnitsValuesAndBlending) {
     brush.draw();
     EXPECT_FALSE(glIsEnabled(GL_BLEND));
     // The unset background is bound as it is.
-    qam::test::expectSamplers(
-        program, {{"uTexMap", 11}, {"uVelocity", 12}, {"uRadial", 13}, {"uOriginal", kUnset}});
-    EXPECT_EQ(qam::test::uniformFloat(program, "uNoiseVectorScalar"), 125.0f);
-    EXPECT_EQ(qam::test::uniformFloat(program, "uRadialVectorScalar"), 1.0f);
+    expectSamplers(program,
+                   {{"uTexMap", 11}, {"uVelocity", 12}, {"uRadial", 13}, {"uOriginal", kUnset}});
+    EXPECT_EQ(uniformFloat(program, "uNoiseVectorScalar"), 125.0f);
+    EXPECT_EQ(uniformFloat(program, "uRadialVectorScalar"), 1.0f);
     GLint enabled = 1;
     glGetVertexAttribiv(static_cast<GLuint>(shader.getAttribute(2)), GL_VERTEX_ATTRIB_ARRAY_ENABLED,
                         &enabled);
@@ -120,14 +109,14 @@ TEST_F(KNDrawBGAdvectWaterBrushTest, DriftsThreePercentAFrameTowardsTheBackgroun
     brush.setVelocityRadialTextureID(still.id(), still.id());
 
     // Two targets in turn, each frame reading the one before.
-    auto a = qam::test::boundTarget(kWidth, kHeight);
+    auto a = boundTarget(kWidth, kHeight);
     brush.setFBOID(red.id());
     brush.draw();
     const uint32_t first = pixel(30, 30);
     EXPECT_NEAR(channel(first, 24), 0.97 * 255, kLayerTolerance);
     EXPECT_NEAR(channel(first, 8), 0.03 * 255, kLayerTolerance);
     EXPECT_EQ(channel(first, 0), 255);
-    auto b = qam::test::boundTarget(kWidth, kHeight);
+    auto b = boundTarget(kWidth, kHeight);
     brush.setFBOID(a->getFBOTexture());
     brush.draw();
     const uint32_t second = pixel(30, 30);
@@ -137,7 +126,7 @@ TEST_F(KNDrawBGAdvectWaterBrushTest, DriftsThreePercentAFrameTowardsTheBackgroun
 }
 
 TEST_F(KNDrawBGAdvectWaterBrushTest, AdvectsAlongTheFieldAndTheNoise) {
-    auto ramp = redRamp();
+    auto ramp = rampTexture();
     LayerTexture black(Texel{0, 0, 0, 255});
     // Direction +x at full strength; no noise.
     LayerTexture towardsX(Texel{255, 128, 255, 255});
@@ -171,7 +160,7 @@ TEST_F(KNDrawBGAdvectWaterBrushTest, AdvectsAlongTheFieldAndTheNoise) {
 }
 
 TEST_F(KNDrawBGAdvectWaterBrushTest, ReadsTheNoiseWhereTheBackgroundIs) {
-    auto ramp = redRamp();
+    auto ramp = rampTexture();
     LayerTexture still(Texel{128, 128, 255, 255});
     // Noise pushing +x in the left quarter of the image only.
     LayerTexture noise(4, 1,
@@ -199,10 +188,9 @@ TEST_F(KNDrawBGAdvectWaterBrushTest, ReadsTheNoiseWhereTheBackgroundIs) {
 
 TEST_F(KNDrawBGAdvectWaterBrushTest, BadInputIsLoggedAndDropped) {
     KNDrawBGAdvectWaterBrush brush;
-    qam::test::expectOneLogLineEach(
-        {[&] { brush.setBGTexture(nullptr, true); },
-         [&] { brush.initialize(std::numeric_limits<float>::infinity(), 64, 0); },
-         [&] { brush.resizeSurface(64, -1); }, [&] { brush.setSize(0, 0); }});
+    expectOneLogLineEach({[&] { brush.setBGTexture(nullptr, true); },
+                          [&] { brush.initialize(std::numeric_limits<float>::infinity(), 64, 0); },
+                          [&] { brush.resizeSurface(64, -1); }, [&] { brush.setSize(0, 0); }});
     EXPECT_EQ(brush.getBGTextureID(), kUnset);
     EXPECT_EQ(brush.getSurfaceWidth(), 0);
     EXPECT_TRUE(brush.getMesh().vertex.empty());

@@ -1,24 +1,16 @@
 #include "Kinetra/Layers/KNDrawBrilliantAdvect.h"
 
-#include <GLES2/gl2.h>
-
 #include <array>
-#include <cstdint>
-#include <vector>
 
 #include "Kinetra/Core/KNMesh.h"
 #include "tests/Kinetra/Layers/LayerTestSupport.h"
 
 namespace {
 
+using namespace qam::test;
+
 using Kinetra::KNDrawBrilliantAdvect;
 using Kinetra::KNMesh;
-using qam::test::channel;
-using qam::test::expectPoints;
-using qam::test::GLTest;
-using qam::test::LayerTexture;
-using qam::test::Texel;
-using qam::test::texels;
 
 // The streak's weights as bytes: 0, 0.5, 0.5, 0.4, 0.4, 0.3, 0.2, 0.1 of full intensity.
 const std::vector<int> kWeightBytes = {0, 128, 128, 102, 102, 77, 51, 26};
@@ -103,7 +95,7 @@ TEST_F(KNDrawBrilliantAdvectTest, CoversTheSurfaceWithExactlyFourEntriesPerArray
 }
 
 TEST_F(KNDrawBrilliantAdvectTest, SmearsALitColumnIntoTheEightTapStreak) {
-    auto target = qam::test::boundTarget(kTaps, 3);
+    auto target = boundTarget(kTaps, 3);
     KNDrawBrilliantAdvect layer;
     LayerTexture forwards(kTaps, 3, litColumn(40, false));
     streakOver(layer, forwards.id());
@@ -124,7 +116,7 @@ TEST_F(KNDrawBrilliantAdvectTest, SmearsALitColumnIntoTheEightTapStreak) {
 TEST_F(KNDrawBrilliantAdvectTest, AVerticalStreakFollowsTheFlippedCoordinates) {
     // Velocity (0, 1) in a 3 x 125 texture lit in texel row 40: texel row 40 + i gets weight
     // i. The base coordinates put row 124 at the bottom, so that is screen row 84 - i.
-    auto target = qam::test::boundTarget(3, kTaps);
+    auto target = boundTarget(3, kTaps);
     LayerTexture up(3, kTaps, [](int, int y) {
         return Texel{128, 255, static_cast<uint8_t>(y == 40 ? 255 : 0), 255};
     });
@@ -141,10 +133,10 @@ TEST_F(KNDrawBrilliantAdvectTest, AVerticalStreakFollowsTheFlippedCoordinates) {
 }
 
 TEST_F(KNDrawBrilliantAdvectTest, DividesByAlphaAndSumsTheWeights) {
-    auto target = qam::test::boundTarget(16, 16);
+    auto target = boundTarget(16, 16);
     KNDrawBrilliantAdvect layer;
     // Blue 0.2 over alpha 0.502 is 0.398, times the weights' sum 2.4: 0.956.
-    LayerTexture divided(qam::test::Texel{255, 128, 51, 128});
+    LayerTexture divided(Texel{255, 128, 51, 128});
     layer.initialize(16, 16);
     layer.setBlendOption(GL_ONE, GL_ZERO);
     layer.setRadialTextureID(divided.id());
@@ -153,7 +145,7 @@ TEST_F(KNDrawBrilliantAdvectTest, DividesByAlphaAndSumsTheWeights) {
 
     // The layer leaves blending as the caller set it: here initialize's source-alpha blend
     // over transparent black, 0.6 · 0.6 from blue 0.251 · 2.4 = 0.6.
-    LayerTexture quarter(qam::test::Texel{255, 128, 64, 255});
+    LayerTexture quarter(Texel{255, 128, 64, 255});
     KNDrawBrilliantAdvect blended;
     blended.initialize(16, 16);
     blended.setRadialTextureID(quarter.id());
@@ -163,7 +155,7 @@ TEST_F(KNDrawBrilliantAdvectTest, DividesByAlphaAndSumsTheWeights) {
 }
 
 TEST_F(KNDrawBrilliantAdvectTest, DiscardsExactlyNoDirection) {
-    auto target = qam::test::boundTarget(16, 16, {0, 0, 255, 255});
+    auto target = boundTarget(16, 16, {0, 0, 255, 255});
     KNDrawBrilliantAdvect layer;
     FloatTexture still({0.5f, 0.5f, 0.25f, 1.0f});
     layer.initialize(16, 16);
@@ -182,16 +174,16 @@ TEST_F(KNDrawBrilliantAdvectTest, DiscardsExactlyNoDirection) {
 
 TEST_F(KNDrawBrilliantAdvectTest, BadInputIsLoggedAndDroppedUnsetTexturesAreBoundAsTheyAre) {
     KNDrawBrilliantAdvect layer;
-    qam::test::expectOneLogLineEach({[&] { layer.initialize(64, 0); }});
+    expectOneLogLineEach({[&] { layer.initialize(64, 0); }});
     EXPECT_TRUE(layer.getMesh()->vertex.empty());
     layer.initialize(64, 64);
-    qam::test::expectOneLogLineEach({[&] { layer.resizeSurface(0, 0); }});
+    expectOneLogLineEach({[&] { layer.resizeSurface(0, 0); }});
     EXPECT_FLOAT_EQ(layer.getMesh()->vertex[3].x, 64);
 
     // Unset and zero textures are bound as they are and read black with alpha 1: a direction
     // with nothing to smear.
     glClearColor(0, 0, 1, 1);
-    for (unsigned int id : {qam::test::kUnset, 0u}) {
+    for (unsigned int id : {kUnset, 0u}) {
         glClear(GL_COLOR_BUFFER_BIT);
         layer.setBlendOption(GL_ONE, GL_ZERO);
         layer.setRadialTextureID(id);

@@ -1,31 +1,21 @@
 #include "Kinetra/Layers/KNDrawBrilliantRadial.h"
 
-#include <GLES2/gl2.h>
-
-#include <cstdint>
 #include <initializer_list>
 #include <utility>
-#include <vector>
 
 #include "Kinetra/Core/KNMesh.h"
-#include "Kinetra/Core/KNShaderManager.h"
 #include "tests/Kinetra/Layers/LayerTestSupport.h"
 
 namespace {
 
+using namespace qam::test;
+
 using Kinetra::KNDrawBrilliantRadial;
 using Kinetra::KNMesh;
-using qam::test::expectPoints;
-using qam::test::GLTest;
-using qam::test::kLayerTolerance;
-using qam::test::LayerTexture;
-using qam::test::rgba;
-using qam::test::texels;
 
 // A 2 x 2 texture, image rows top first (row 0 is v = 0, which the screen coordinates put
 // at the top of the surface).
-std::vector<uint8_t> quadrants(qam::test::Texel topLeft, qam::test::Texel topRight,
-                               qam::test::Texel bottomLeft, qam::test::Texel bottomRight) {
+std::vector<uint8_t> quadrants(Texel topLeft, Texel topRight, Texel bottomLeft, Texel bottomRight) {
     return texels(2, 2, [&](int x, int y) {
         return y == 0 ? (x == 0 ? topLeft : topRight) : (x == 0 ? bottomLeft : bottomRight);
     });
@@ -52,7 +42,7 @@ class KNDrawBrilliantRadialTest : public GLTest {
                                                {3 * width / 4, height / 4}};
         const int* blue = expected.begin();
         for (const auto& [x, y] : centres) {
-            EXPECT_NEAR(qam::test::channel(pixel(x, y), 8), *blue++, 1) << x << ", " << y;
+            EXPECT_NEAR(channel(pixel(x, y), 8), *blue++, 1) << x << ", " << y;
         }
     }
 };
@@ -111,8 +101,8 @@ TEST_F(KNDrawBrilliantRadialTest, CentresItsQuadOnThePositionWithScreenAndPatter
 }
 
 TEST_F(KNDrawBrilliantRadialTest, DrawsTheInscribedDiscOfOutwardDirections) {
-    LayerTexture alphaShape(qam::test::Texel{255, 0, 0, 255});
-    LayerTexture pattern(qam::test::Texel{0, 0, 0, 255});
+    LayerTexture alphaShape(Texel{255, 0, 0, 255});
+    LayerTexture pattern(Texel{0, 0, 0, 255});
     KNDrawBrilliantRadial layer;
     cover(layer);
     layer.setAlphaShapeTextureID(alphaShape.id());
@@ -148,8 +138,8 @@ TEST_F(KNDrawBrilliantRadialTest, DrawsTheInscribedDiscOfOutwardDirections) {
 }
 
 TEST_F(KNDrawBrilliantRadialTest, TheTimeStepScalesAndItsBlendOptionWaitsForTheNextDraw) {
-    LayerTexture alphaShape(qam::test::Texel{255, 0, 0, 255});
-    LayerTexture pattern(qam::test::Texel{0, 0, 0, 255});
+    LayerTexture alphaShape(Texel{255, 0, 0, 255});
+    LayerTexture pattern(Texel{0, 0, 0, 255});
     KNDrawBrilliantRadial layer;
     cover(layer);
     layer.setAlphaShapeTextureID(alphaShape.id());
@@ -174,7 +164,7 @@ TEST_F(KNDrawBrilliantRadialTest, MasksWithTheScreenAlphaShapeTimesThePattern) {
     // Alpha shape red per quadrant of the screen, pattern alpha 128 everywhere.
     LayerTexture shape(
         2, 2, quadrants({255, 0, 0, 255}, {128, 0, 0, 255}, {64, 0, 0, 255}, {0, 0, 0, 255}));
-    LayerTexture halfPattern(qam::test::Texel{0, 0, 0, 128});
+    LayerTexture halfPattern(Texel{0, 0, 0, 128});
     layer.setAlphaShapeTextureID(shape.id());
     layer.setPatternTextureID(halfPattern.id());
     layer.draw();
@@ -182,7 +172,7 @@ TEST_F(KNDrawBrilliantRadialTest, MasksWithTheScreenAlphaShapeTimesThePattern) {
     expectQuadrantBlues(kSide, kSide, {128, 64, 32, 0});
 
     // Square (portrait-like) surface: the pattern lies on the screen as it is.
-    LayerTexture fullShape(qam::test::Texel{255, 0, 0, 255});
+    LayerTexture fullShape(Texel{255, 0, 0, 255});
     LayerTexture pattern(2, 2,
                          quadrants({0, 0, 0, 255}, {0, 0, 0, 51}, {0, 0, 0, 102}, {0, 0, 0, 204}));
     layer.setAlphaShapeTextureID(fullShape.id());
@@ -209,8 +199,8 @@ TEST_F(KNDrawBrilliantRadialTest, BindsAlphaShapeAndPatternToUnitsZeroAndOne) {
     layer.setAlphaShapeTextureID(21);
     layer.setPatternTextureID(22);
     layer.draw();
-    qam::test::expectSamplers(layer.getShaderManager()->getProgram(),
-                              {{"uAlphaMap", 21}, {"uPatternMap", 22}});
+    expectSamplers(layer.getShaderManager()->getProgram(),
+                   {{"uAlphaMap", 21}, {"uPatternMap", 22}});
     // Its draw turns depth testing off whatever the renderer's option.
     layer.setDepthTest(true);
     layer.draw();
@@ -219,19 +209,17 @@ TEST_F(KNDrawBrilliantRadialTest, BindsAlphaShapeAndPatternToUnitsZeroAndOne) {
 
 TEST_F(KNDrawBrilliantRadialTest, BadInputIsLoggedAndDroppedUnsetTexturesAreBoundAsTheyAre) {
     KNDrawBrilliantRadial layer;
-    qam::test::expectOneLogLineEach(
-        {[&] { layer.flipTextureV(); }, [&] { layer.initialize(0, 64); }});
+    expectOneLogLineEach({[&] { layer.flipTextureV(); }, [&] { layer.initialize(0, 64); }});
     EXPECT_TRUE(layer.getMesh()->vertex.empty());
 
     cover(layer);
-    qam::test::expectOneLogLineEach(
-        {[&] { layer.resizeSurface(64, 0); }, [&] { layer.setSize(-1, 10); }});
+    expectOneLogLineEach({[&] { layer.resizeSurface(64, 0); }, [&] { layer.setSize(-1, 10); }});
     layer.setPosition(31.5f, 31.5f, 0);
     EXPECT_FLOAT_EQ(layer.getMesh()->vertex[3].x, 63);
     EXPECT_FLOAT_EQ(layer.getMesh()->normal[3].x, 1);
 
     // Unset and zero textures are bound as they are: they read black with alpha 1.
-    layer.setAlphaShapeTextureID(qam::test::kUnset);
+    layer.setAlphaShapeTextureID(kUnset);
     layer.setPatternTextureID(0);
     layer.draw();
     EXPECT_PIXEL_NEAR(pixel(31, 31), rgba(128, 128, 0, 255), 1);

@@ -1,31 +1,20 @@
 #include "Kinetra/Layers/KNDrawBrilliantRing.h"
 
-#include <GLES2/gl2.h>
-
 #include <cmath>
-#include <cstdint>
 #include <initializer_list>
-#include <memory>
 #include <utility>
-#include <vector>
 
 #include "Kinetra/Core/KNMesh.h"
-#include "Kinetra/Core/KNShaderManager.h"
 #include "Kinetra/Core/KNTextureManager.h"
 #include "tests/Kinetra/Layers/LayerTestSupport.h"
 #include "tests/support/LogCapture.h"
 
 namespace {
 
+using namespace qam::test;
+
 using Kinetra::KNDrawBrilliantRing;
 using Kinetra::KNTextureManager;
-using qam::test::channel;
-using qam::test::expectPoints;
-using qam::test::kLayerTolerance;
-using qam::test::LayerTexture;
-using qam::test::rgba;
-using qam::test::Texel;
-using qam::test::texels;
 
 // The five images of one ring draw.
 struct RingImages {
@@ -64,7 +53,7 @@ RingImages faintlyLit(std::unique_ptr<LayerTexture> background) {
     return images;
 }
 
-class KNDrawBrilliantRingTest : public qam::test::LayerTest {
+class KNDrawBrilliantRingTest : public LayerTest {
   protected:
     // A ring over the 64 x 64 surface writing its output unblended.
     static void cover(KNDrawBrilliantRing& ring) {
@@ -115,7 +104,7 @@ TEST_F(KNDrawBrilliantRingTest, BuildsItsQuadAndThreeCoordinateSets) {
     // texture manager logs that it has no screen to crop the background to.
     KNDrawBrilliantRing unsized;
     unsized.initialize(300, 200);
-    qam::test::LogCapture log;
+    LogCapture log;
     unsized.setPosition(10, 10, 0);
     EXPECT_EQ(log.messages().size(), 1u);
     expectPoints(unsized.getMesh()->vertex, {{0, 0}, {0, 0}, {0, 0}, {0, 0}});
@@ -248,26 +237,25 @@ TEST_F(KNDrawBrilliantRingTest, BindsItsFiveImagesToUnitsZeroToFourInOrder) {
     ring.setAlphaTextureID(14);
     ring.setBlurTextureID(15);
     ring.draw();
-    qam::test::expectSamplers(ring.getShaderManager()->getProgram(), {{"uBackgroundMap", 11},
-                                                                      {"uShineMap", 12},
-                                                                      {"uDiamondMap", 13},
-                                                                      {"uAlphaMap", 14},
-                                                                      {"uBlurMap", 15}});
+    expectSamplers(ring.getShaderManager()->getProgram(), {{"uBackgroundMap", 11},
+                                                           {"uShineMap", 12},
+                                                           {"uDiamondMap", 13},
+                                                           {"uAlphaMap", 14},
+                                                           {"uBlurMap", 15}});
 }
 
 TEST_F(KNDrawBrilliantRingTest, BadInputIsLoggedAndDroppedUnsetTexturesAreBoundAsTheyAre) {
     KNDrawBrilliantRing ring;
-    qam::test::expectOneLogLineEach({[&] { ring.initialize(0, 0); }});
+    expectOneLogLineEach({[&] { ring.initialize(0, 0); }});
     EXPECT_TRUE(ring.getMesh()->vertex.empty());
     cover(ring);
-    qam::test::expectOneLogLineEach(
-        {[&] { ring.setSize(0, 10); }, [&] { ring.resizeSurface(10, -10); }});
+    expectOneLogLineEach({[&] { ring.setSize(0, 10); }, [&] { ring.resizeSurface(10, -10); }});
     EXPECT_FLOAT_EQ(ring.getMesh()->vertex[3].x, 64);
 
     // Unset and zero textures are bound as they are and read black with alpha 1: nothing
     // lit, so the (black) background with the layer's alpha.
     ring.setAlpha(0.75f);
-    for (unsigned int id : {qam::test::kUnset, 0u}) {
+    for (unsigned int id : {kUnset, 0u}) {
         glClearColor(1, 1, 1, 1);
         glClear(GL_COLOR_BUFFER_BIT);
         for (auto set :

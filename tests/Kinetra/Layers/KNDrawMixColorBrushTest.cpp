@@ -1,32 +1,22 @@
 #include "Kinetra/Layers/KNDrawMixColorBrush.h"
 
-#include <GLES2/gl2.h>
-
 #include <cmath>
-#include <cstdint>
 
-#include "Kinetra/Core/KNShaderManager.h"
 #include "tests/Kinetra/Layers/LayerTestSupport.h"
 #include "tests/support/GLCallCounter.h"
 
 namespace {
 
+using namespace qam::test;
+
 using Kinetra::KNDrawMixColorBrush;
-using qam::test::byteOf;
-using qam::test::channel;
-using qam::test::kLayerTolerance;
-using qam::test::kUnset;
-using qam::test::LayerTexture;
-using qam::test::Texel;
-using qam::test::texels;
-using qam::test::unit;
 
 constexpr int kSize = 64;
 
 // The colour density (0.6, 0.4, 0.2).
 constexpr Texel kOchre{153, 102, 51, 255};
 
-class KNDrawMixColorBrushTest : public qam::test::TargetLayerTest {
+class KNDrawMixColorBrushTest : public TargetLayerTest {
   protected:
     // Draws the ochre density at full alpha over black and returns the middle pixel.
     uint32_t ochreOverBlack(KNDrawMixColorBrush& brush) {
@@ -53,27 +43,26 @@ TEST_F(KNDrawMixColorBrushTest, DefaultsSlotsAndUnits) {
     EXPECT_FLOAT_EQ(brush.getGreenSaturation(), 0.3333f);
     EXPECT_FLOAT_EQ(brush.getBlueSaturation(), 0.3333f);
 
-    const unsigned int sea = qam::test::namedTexture("sea", Texel{0, 0, 255, 255});
+    const unsigned int sea = namedTexture("sea", Texel{0, 0, 255, 255});
     brush.setBGTexture("sea", true);
     brush.setMixColorTextureID(41, 42, 43);
     brush.setAlpha(0.25f);
     Kinetra::KNShaderManager& shader = *brush.getShaderManager();
     const GLuint program = shader.getProgram();
-    qam::test::expectUniformSlots(
-        shader, {"uMVPMatrix", "uTexMap", "uDensity", "uAlpha", "uAlphaRatio", "uBrightRatio",
-                 "uSaturation", "uBrightness", "uRedSaturation", "uGreenSaturation",
-                 "uBlueSaturation", "uColorDensity"});
+    expectUniformSlots(shader, {"uMVPMatrix", "uTexMap", "uDensity", "uAlpha", "uAlphaRatio",
+                                "uBrightRatio", "uSaturation", "uBrightness", "uRedSaturation",
+                                "uGreenSaturation", "uBlueSaturation", "uColorDensity"});
     // Declared and sent, but no part of the result: GL keeps no location for them.
     EXPECT_EQ(shader.getUniform(5), -1);
     EXPECT_EQ(shader.getUniform(9), -1);
     EXPECT_EQ(shader.getUniform(10), -1);
 
-    qam::test::GLCallCounter calls;
+    GLCallCounter calls;
     brush.draw();
     EXPECT_EQ(calls.count("glDrawElements"), 1);
-    qam::test::expectSamplers(
-        program, {{"uTexMap", sea}, {"uDensity", 42}, {"uAlpha", 41}, {"uColorDensity", 43}});
-    EXPECT_EQ(qam::test::uniformFloat(program, "uAlphaRatio"), 0.25f);
+    expectSamplers(program,
+                   {{"uTexMap", sea}, {"uDensity", 42}, {"uAlpha", 41}, {"uColorDensity", 43}});
+    EXPECT_EQ(uniformFloat(program, "uAlphaRatio"), 0.25f);
 
     brush.resizeSurface(32, 32);
     EXPECT_EQ(brush.getBGTextureID(), kUnset);
@@ -151,18 +140,18 @@ TEST_F(KNDrawMixColorBrushTest, WeighsTheDensityByTheFourthPowerOfAlpha) {
 
 TEST_F(KNDrawMixColorBrushTest, BadInputIsLoggedAndDroppedZeroTexturesAreBoundAsTheyAre) {
     KNDrawMixColorBrush brush;
-    qam::test::expectOneLogLineEach({[&] { brush.initialize(std::nanf(""), 64, 0); }});
+    expectOneLogLineEach({[&] { brush.initialize(std::nanf(""), 64, 0); }});
     EXPECT_EQ(brush.getShaderManager(), nullptr);
 
     brush.initialize(kSize, kSize, 0);
     brush.changeBGTextureID(5);
-    qam::test::expectOneLogLineEach({[&] { brush.setBGTexture(nullptr, false); }});
+    expectOneLogLineEach({[&] { brush.setBGTexture(nullptr, false); }});
     EXPECT_EQ(brush.getBGTextureID(), 5u);
     // Zero textures are bound as they are and sample opaque black: the black density takes
     // 0.95 of the ochre base away.
     brush.changeBGTextureID(mOchre.id());
     brush.draw();
-    EXPECT_EQ(qam::test::boundTexture(1), 0u);
+    EXPECT_EQ(boundTexture(1), 0u);
     EXPECT_PIXEL_NEAR(pixel(5, 5), 0x080503FFu, kLayerTolerance);
 }
 

@@ -1,25 +1,15 @@
 #include "Kinetra/Layers/KNDrawMixWaterBrush.h"
 
-#include <GLES2/gl2.h>
-
 #include <cmath>
-#include <cstdint>
-#include <vector>
 
 #include "tests/Kinetra/Layers/LayerTestSupport.h"
 #include "tests/support/LogCapture.h"
 
 namespace {
 
+using namespace qam::test;
+
 using Kinetra::KNDrawMixWaterBrush;
-using qam::test::byteOf;
-using qam::test::channel;
-using qam::test::kLayerTolerance;
-using qam::test::kUnset;
-using qam::test::LayerTexture;
-using qam::test::namedTexture;
-using qam::test::Texel;
-using qam::test::texels;
 
 struct Rgba {
     double r, g, b, a;
@@ -40,7 +30,7 @@ void expectRgba(uint32_t actual, Rgba expected) {
     EXPECT_NEAR(channel(actual, 0), byteOf(expected.a), kLayerTolerance);
 }
 
-using KNDrawMixWaterBrushTest = qam::test::LayerTest;
+using KNDrawMixWaterBrushTest = LayerTest;
 
 TEST_F(KNDrawMixWaterBrushTest, SlotsUnitsAndBlending) {
     KNDrawMixWaterBrush brush;
@@ -58,7 +48,7 @@ TEST_F(KNDrawMixWaterBrushTest, SlotsUnitsAndBlending) {
     }
     {
         // Slots 4 and 5 stay empty.
-        qam::test::LogCapture log;
+        LogCapture log;
         EXPECT_EQ(shader.getUniform(4), 0);
         EXPECT_EQ(shader.getUniform(5), 0);
         EXPECT_EQ(log.messages().size(), 2u);
@@ -77,8 +67,8 @@ TEST_F(KNDrawMixWaterBrushTest, SlotsUnitsAndBlending) {
     glGetIntegerv(GL_BLEND_DST_RGB, &destination);
     EXPECT_EQ(source, GL_SRC_ALPHA);
     EXPECT_EQ(destination, GL_ONE_MINUS_SRC_ALPHA);
-    qam::test::expectSamplers(program, {{"uTexMap", kUnset}, {"uDensity", 22}, {"uAlpha", 21}});
-    EXPECT_FLOAT_EQ(qam::test::uniformFloat(program, "uGreenSaturation"), 0.3333f);
+    expectSamplers(program, {{"uTexMap", kUnset}, {"uDensity", 22}, {"uAlpha", 21}});
+    EXPECT_FLOAT_EQ(uniformFloat(program, "uGreenSaturation"), 0.3333f);
 }
 
 TEST_F(KNDrawMixWaterBrushTest, SaturatesAboutAGreyWeightedPerChannel) {
@@ -172,7 +162,7 @@ TEST_F(KNDrawMixWaterBrushTest, MixesOverTheFittedBackgroundByTheAlphaImage) {
 
 TEST_F(KNDrawMixWaterBrushTest, BadInputIsLoggedAndDropped) {
     KNDrawMixWaterBrush brush;
-    qam::test::expectOneLogLineEach(
+    expectOneLogLineEach(
         {[&] { brush.setBGTexture(nullptr, false); }, [&] { brush.initialize(64, 1e12f, 0); }});
     EXPECT_EQ(brush.getBrightness(), 0.0f);
     EXPECT_EQ(brush.getShaderManager().getProgram(), 0u);

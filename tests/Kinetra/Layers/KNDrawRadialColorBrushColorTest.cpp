@@ -1,25 +1,18 @@
 #include "Kinetra/Layers/KNDrawRadialColorBrushColor.h"
 
-#include <GLES2/gl2.h>
-
-#include <cstdint>
-
-#include "Kinetra/Core/KNShaderManager.h"
 #include "tests/Kinetra/Layers/LayerTestSupport.h"
 
 namespace {
 
+using namespace qam::test;
+
 using Kinetra::KNDrawRadialColorBrushColor;
-using qam::test::channel;
-using qam::test::kLayerTolerance;
-using qam::test::kUnset;
-using qam::test::namedTexture;
 
 constexpr uint32_t kRed = 0xFF0000FFu;
 constexpr uint32_t kBlue = 0x0000FFFFu;
 constexpr uint32_t kWhite = 0xFFFFFFFFu;
 
-class KNDrawRadialColorBrushColorTest : public qam::test::LayerTest {
+class KNDrawRadialColorBrushColorTest : public LayerTest {
   protected:
     void SetUp() override {
         LayerTest::SetUp();
@@ -58,9 +51,8 @@ TEST_F(KNDrawRadialColorBrushColorTest, FillsTheMaskWithAColourFixedToTheScreen)
     EXPECT_NEAR(channel(faint, 0), 0.16 * 255, kLayerTolerance);
     EXPECT_EQ(pixel(30, 30), 0u);
     EXPECT_EQ(pixel(4, 12), 0u);
-    qam::test::expectSamplers(
-        brush.getShaderManager()->getProgram(),
-        {{"uMask", brush.getMaskTextureID()}, {"uColor", brush.getColorTextureID()}});
+    expectSamplers(brush.getShaderManager()->getProgram(),
+                   {{"uMask", brush.getMaskTextureID()}, {"uColor", brush.getColorTextureID()}});
 
     // Moved, the mask shows the colour of the screen quadrant it is over.
     brush.setPosition(48, 48, 0);
@@ -100,9 +92,9 @@ TEST_F(KNDrawRadialColorBrushColorTest, GuardsBadInput) {
     KNDrawRadialColorBrushColor brush;
     place(brush, 16, 16);
     const unsigned int mask = brush.getMaskTextureID();
-    qam::test::expectOneLogLineEach(
-        {[&] { brush.setMaskTexture(nullptr); }, [&] { brush.setColorTexture(nullptr); },
-         [&] { brush.setResolutionRatio(0); }, [&] { brush.setSize(-5, 10); }});
+    expectOneLogLineEach({[&] { brush.setMaskTexture(nullptr); },
+                          [&] { brush.setColorTexture(nullptr); },
+                          [&] { brush.setResolutionRatio(0); }, [&] { brush.setSize(-5, 10); }});
     EXPECT_EQ(brush.getMaskTextureID(), mask);
     EXPECT_FLOAT_EQ(brush.getInvScreenX(), 1.0f / 64);
     brush.draw();

@@ -1,22 +1,17 @@
 #include "Kinetra/Layers/KNDrawRadialColorBrush.h"
 
-#include <GLES2/gl2.h>
-
-#include <cstdint>
 #include <limits>
 
-#include "Kinetra/Core/KNShaderManager.h"
 #include "tests/Kinetra/Layers/LayerTestSupport.h"
 #include "tests/support/LogCapture.h"
 
 namespace {
 
-using Kinetra::KNDrawRadialColorBrush;
-using qam::test::channel;
-using qam::test::kLayerTolerance;
-using qam::test::namedTexture;
+using namespace qam::test;
 
-class KNDrawRadialColorBrushTest : public qam::test::LayerTest {
+using Kinetra::KNDrawRadialColorBrush;
+
+class KNDrawRadialColorBrushTest : public LayerTest {
   protected:
     // A brush over the 64 x 64 surface whose 200 x 200 quad is centred on (cx, cy), so that
     // the whole surface lies inside it.
@@ -116,16 +111,15 @@ TEST_F(KNDrawRadialColorBrushTest, ClampsTheFadeAndBlendsOverTheTarget) {
 
 TEST_F(KNDrawRadialColorBrushTest, GuardsBadInputAndBindsUnsetTexturesAsTheyAre) {
     KNDrawRadialColorBrush brush;
-    qam::test::expectOneLogLineEach(
-        {[&] { brush.setMaskTexture(nullptr); }, [&] { brush.initialize(0, 64); },
-         [&] { brush.setSize(std::numeric_limits<float>::quiet_NaN(), 10); },
-         [&] { brush.resizeSurface(1e20f, 10); }});
-    EXPECT_EQ(brush.getMaskTextureID(), qam::test::kUnset);
+    expectOneLogLineEach({[&] { brush.setMaskTexture(nullptr); }, [&] { brush.initialize(0, 64); },
+                          [&] { brush.setSize(std::numeric_limits<float>::quiet_NaN(), 10); },
+                          [&] { brush.resizeSurface(1e20f, 10); }});
+    EXPECT_EQ(brush.getMaskTextureID(), kUnset);
     EXPECT_EQ(brush.getMesh(), nullptr);
 
     // The unset mask and 0 are bound as they are: GL samples opaque black from them, so the
     // whole quad is covered.
-    qam::test::LogCapture log;
+    LogCapture log;
     centreOn(brush, 50.5f, 32.5f);
     brush.setRatio(1, 1);
     brush.draw();

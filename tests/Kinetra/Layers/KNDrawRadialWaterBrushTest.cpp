@@ -1,22 +1,14 @@
 #include "Kinetra/Layers/KNDrawRadialWaterBrush.h"
 
-#include <GLES2/gl2.h>
-
-#include <cstdint>
-#include <vector>
-
-#include "Kinetra/Core/KNShaderManager.h"
 #include "tests/Kinetra/Layers/LayerTestSupport.h"
 
 namespace {
 
-using Kinetra::KNDrawRadialWaterBrush;
-using qam::test::channel;
-using qam::test::kLayerTolerance;
-using qam::test::kUnset;
-using qam::test::namedTexture;
+using namespace qam::test;
 
-class KNDrawRadialWaterBrushTest : public qam::test::LayerTest {
+using Kinetra::KNDrawRadialWaterBrush;
+
+class KNDrawRadialWaterBrushTest : public LayerTest {
   protected:
     void SetUp() override {
         LayerTest::SetUp();
@@ -90,9 +82,8 @@ TEST_F(KNDrawRadialWaterBrushTest, PointsTowardsItsCentreWithoutACore) {
     EXPECT_EQ(gl().readPixels(0, 0, kWidth, kHeight), before);
 
     // The mask on unit 0, the profile on unit 1.
-    qam::test::expectSamplers(
-        brush.getShaderManager()->getProgram(),
-        {{"uMask", brush.getMaskTextureID()}, {"uTube", brush.getGraphTextureID()}});
+    expectSamplers(brush.getShaderManager()->getProgram(),
+                   {{"uMask", brush.getMaskTextureID()}, {"uTube", brush.getGraphTextureID()}});
 }
 
 TEST_F(KNDrawRadialWaterBrushTest, ClampsTheFade) {
@@ -113,9 +104,9 @@ TEST_F(KNDrawRadialWaterBrushTest, ClampsTheFade) {
 
 TEST_F(KNDrawRadialWaterBrushTest, GuardsBadInput) {
     KNDrawRadialWaterBrush brush;
-    qam::test::expectOneLogLineEach({[&] { brush.setMaskTexture(nullptr); },
-                                     [&] { brush.setGraphTexture(nullptr); },
-                                     [&] { brush.initialize(64, 0); }});
+    expectOneLogLineEach({[&] { brush.setMaskTexture(nullptr); },
+                          [&] { brush.setGraphTexture(nullptr); },
+                          [&] { brush.initialize(64, 0); }});
     EXPECT_EQ(brush.getMaskTextureID(), kUnset);
     EXPECT_EQ(brush.getGraphPow(), 0.0f);
 }

@@ -2,16 +2,10 @@
 // new initialize draws the same pixels, and one full-size frame is left for a person to look
 // at. Each layer draws one scene, built from its size, for all three.
 
-#include <GLES2/gl2.h>
-
 #include <algorithm>
 #include <cmath>
-#include <cstdint>
-#include <memory>
 #include <set>
-#include <vector>
 
-#include "Kinetra/Core/KNFBO.h"
 #include "Kinetra/Core/KNTextureManager.h"
 #include "Kinetra/Layers/KNDrawAdvectColorBrush.h"
 #include "Kinetra/Layers/KNDrawBGAdvectColorBrush.h"
@@ -30,20 +24,9 @@
 
 namespace {
 
+using namespace qam::test;
+
 using namespace Kinetra;
-using qam::test::boundTarget;
-using qam::test::byteOf;
-using qam::test::channel;
-using qam::test::disc;
-using qam::test::kFrameHeight;
-using qam::test::kFrameWidth;
-using qam::test::kLayerTolerance;
-using qam::test::LayerTexture;
-using qam::test::namedTexture;
-using qam::test::rgba;
-using qam::test::SavedTarget;
-using qam::test::Texel;
-using qam::test::texels;
 
 uint8_t byte(double v) {
     return static_cast<uint8_t>(byteOf(v));
@@ -224,7 +207,7 @@ struct Scene<KNDrawBGAdvectWaterBrush> {
     static void draw(KNDrawBGAdvectWaterBrush& brush, int width, int height) {
         const SavedTarget screen;
         const Inputs in;
-        qam::test::registerBackground();
+        registerBackground();
         namedTexture("disc", 128, 128, disc());
         namedTexture("ring", 128, 128, ringProfile(5));
         auto field = boundTarget(width, height);
@@ -267,7 +250,7 @@ struct Scene<KNDrawMixWaterBrush> {
     // The gradient as density shown through the blob over the fitted background.
     static void draw(KNDrawMixWaterBrush& brush, int width, int height) {
         const Inputs in;
-        qam::test::registerBackground();
+        registerBackground();
         brush.initialize(width, height, 0);
         brush.setBGTexture("bg", false);
         brush.setAlphaDensityTextureID(in.blob.id(), in.gradient.id());
@@ -422,7 +405,7 @@ struct Scene<KNDrawBrilliantRing> {
 };
 
 template <typename Layer>
-class LayerLifecycleTest : public qam::test::LayerTest {};
+class LayerLifecycleTest : public LayerTest {};
 
 using Layers =
     ::testing::Types<KNDrawAdvectColorBrush, KNDrawBGAdvectColorBrush, KNDrawMixColorBrush,
@@ -433,8 +416,8 @@ TYPED_TEST_SUITE(LayerLifecycleTest, Layers);
 
 TYPED_TEST(LayerLifecycleTest, DrawBeforeInitializeLogsOneLineAndDrawsNothing) {
     TypeParam layer;
-    qam::test::LogCapture log;
-    qam::test::GLCallCounter calls;
+    LogCapture log;
+    GLCallCounter calls;
     layer.draw();
     EXPECT_EQ(log.messages().size(), 1u);
     EXPECT_EQ(calls.count("glDrawElements"), 0);
@@ -463,7 +446,7 @@ TYPED_TEST(LayerLifecycleTest, DrawsTheSamePixelsAfterALostContextAndANewInitial
     clearTo(0, 0, 0, 0);
     {
         // Until initialised again it draws nothing.
-        qam::test::LogCapture log;
+        LogCapture log;
         layer.draw();
         EXPECT_EQ(log.messages().size(), S::kLogsWhenLost ? 1u : 0u);
         EXPECT_EQ(this->gl().readPixels(0, 0, w, h), std::vector<uint8_t>(before.size(), 0));
@@ -478,7 +461,7 @@ TYPED_TEST(LayerLifecycleTest, LeavesAFullSizeFrameToLookAt) {
     TypeParam layer;
     S::draw(layer, kFrameWidth, kFrameHeight);
     S::checkFrame(&TestFixture::pixel);
-    EXPECT_TRUE(qam::test::leaveLayerFrame(S::kName, kFrameWidth, kFrameHeight));
+    EXPECT_TRUE(leaveLayerFrame(S::kName, kFrameWidth, kFrameHeight));
 }
 
 }  // namespace
