@@ -45,13 +45,15 @@ std::vector<uint8_t> ringProfile(double slope) {
     });
 }
 
-// A screen-wide square quad centred on the screen.
+// A screen-wide square quad centred on the screen, masked by the disc.
 template <typename Brush>
-void centreSquare(Brush& brush, int width, int height) {
+void centreDisc(Brush& brush, int width, int height) {
+    namedTexture("disc", 128, 128, disc());
     brush.initialize(width, height);
     brush.setRectAlign(1);
     brush.setSize(width, width);
     brush.setPosition(width / 2, height / 2, 0);
+    brush.setMaskTexture("disc");
 }
 
 // A ring of radius 0.4 screen widths about the centre, on a texture of the screen's aspect.
@@ -208,12 +210,10 @@ struct Scene<KNDrawBGAdvectWaterBrush> {
         const SavedTarget screen;
         const Inputs in;
         registerBackground();
-        namedTexture("disc", 128, 128, disc());
         namedTexture("ring", 128, 128, ringProfile(5));
         auto field = boundTarget(width, height);
         KNDrawRadialWaterBrush radial;
-        centreSquare(radial, width, height);
-        radial.setMaskTexture("disc");
+        centreDisc(radial, width, height);
         radial.setGraphTexture("ring");
         radial.setTimeStep(1);
         radial.draw();
@@ -272,9 +272,7 @@ struct Scene<KNDrawRadialColorBrush> {
     static constexpr bool kLogsWhenLost = true;
     static void draw(KNDrawRadialColorBrush& brush, int width, int height) {
         clearTo(0, 0, 0, 1);
-        namedTexture("disc", 128, 128, disc());
-        centreSquare(brush, width, height);
-        brush.setMaskTexture("disc");
+        centreDisc(brush, width, height);
         brush.setTimeStep(0.8f);
         brush.draw();
     }
@@ -293,15 +291,13 @@ struct Scene<KNDrawRadialColorBrushColor> {
     // Red across, green up the screen, blue falling across, through the disc.
     static void draw(KNDrawRadialColorBrushColor& brush, int width, int height) {
         clearTo(0, 0, 0, 1);
-        namedTexture("disc", 128, 128, disc());
         std::vector<uint8_t> colours = texels(64, 64, [](int x, int y) {
             return Texel{static_cast<uint8_t>(4 * x), static_cast<uint8_t>(4 * y),
                          static_cast<uint8_t>(252 - 4 * x), 255};
         });
         KNTextureManager::getInstancePtr()->setTextureMagFilterOption(GL_LINEAR);
         KNTextureManager::getInstancePtr()->setTexture("colours", colours.data(), 64, 64);
-        centreSquare(brush, width, height);
-        brush.setMaskTexture("disc");
+        centreDisc(brush, width, height);
         brush.setColorTexture("colours");
         brush.setResolutionRatio(1);
         brush.draw();
@@ -323,10 +319,8 @@ struct Scene<KNDrawRadialWaterBrush> {
     // mediump is a half float).
     static void draw(KNDrawRadialWaterBrush& brush, int width, int height) {
         clearTo(0, 0, 0, 1);
-        namedTexture("disc", 128, 128, disc());
         namedTexture("ring", 128, 128, ringProfile(10));
-        centreSquare(brush, width, height);
-        brush.setMaskTexture("disc");
+        centreDisc(brush, width, height);
         brush.setGraphTexture("ring");
         brush.setTimeStep(1);
         brush.draw();
