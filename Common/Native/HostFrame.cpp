@@ -47,7 +47,10 @@ bool Host::draw(EffectSlot& slot) {
     if (!enterInstance(*effect)) {
         rebuildGLObjects(*effect);
     }
-    effect->mAnimationManager->update();
+    IAnimationManager* animations = effect->mAnimationManager;  // null: an effect without any
+    if (animations != nullptr) {
+        animations->update();
+    }
     // By index: a hook may append to the queue while it is delivered.
     for (size_t i = 0; i < effect->mEvents.size(); ++i) {
         const Effect::EffectEvent event = effect->mEvents[i];
@@ -55,7 +58,7 @@ bool Host::draw(EffectSlot& slot) {
     }
     effect->mEvents.clear();  // keeps its storage: no allocation per frame
     const bool wantsMore = effect->draw();
-    const bool animating = effect->mAnimationManager->isAnimating();
+    const bool animating = animations != nullptr && animations->isAnimating();
     return wantsMore || animating;
 }
 

@@ -142,6 +142,21 @@ TEST_F(HostLifecycleTest, DrawWantsMoreFramesWhileAnAnimationRuns) {
     EXPECT_TRUE(Host::draw(mSlot));
 }
 
+// An effect made without an animation manager still draws.
+class BareEffect : public vi::Effect {
+  public:
+    BareEffect() : Effect(nullptr) { makeCurrent(); }
+    void initPortrait() override {}
+    void initLandscape() override {}
+    bool draw() override { return true; }
+};
+
+TEST_F(HostLifecycleTest, AnEffectWithoutAnimationManagerDraws) {
+    mSlot.set(new BareEffect());
+    Host::init(mSlot, kWidth, kHeight, false);
+    EXPECT_TRUE(Host::draw(mSlot));
+}
+
 TEST_F(HostLifecycleTest, DrawingBeforeInitIsSkippedWithAWarning) {
     LogCapture log;
     EXPECT_FALSE(Host::draw(mSlot));  // no effect
