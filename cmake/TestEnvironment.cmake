@@ -1,0 +1,16 @@
+# Environment of every test: Mesa's own leaks are suppressed by name, ours are not. llvmpipe
+# keeps to one rasteriser thread: with more, LeakSanitizer's thread tracer crashes at exit.
+set(TALVEQAM_TEST_ENVIRONMENT
+    "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/lsan.supp:print_suppressions=0"
+    "UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1"
+    "LP_NUM_THREADS=1")
+
+# gtest_discover_tests for `target` on a headless context, with the environment above. The
+# environment goes in front of the command (env VAR=... test): CMake 3.25 splits a list given
+# as the ENVIRONMENT property of discovered tests.
+include(GoogleTest)
+function(talveqam_discover_tests target)
+    set_target_properties(${target} PROPERTIES CROSSCOMPILING_EMULATOR
+        "env;${TALVEQAM_TEST_ENVIRONMENT};EGL_PLATFORM=surfaceless")
+    gtest_discover_tests(${target} DISCOVERY_MODE PRE_TEST)
+endfunction()
