@@ -5,6 +5,7 @@
 #include "Kinetra/Core/KNMesh.h"
 #include "Kinetra/Core/KNShaderManager.h"
 #include "Kinetra/Core/KNTextureManager.h"
+#include "Kinetra/Layers/Implementation/BrushFields.h"
 #include "Kinetra/Layers/Implementation/BrushParts.h"
 #include "Kinetra/Layers/Implementation/BrushPass.h"
 #include "Kinetra/Layers/Implementation/BrushQuad.h"
@@ -127,11 +128,10 @@ void KNDrawAdvectColorBrush::contextChanged() {
 }
 
 void KNDrawAdvectColorBrush::resizeSurface(float width, float height) {
-    if (!qam::usableSurface(width, height, "KNDrawAdvectColorBrush::resizeSurface")) {
+    if (!qam::storeSurface(width, height, "KNDrawAdvectColorBrush::resizeSurface", mSurfaceWidth,
+                           mSurfaceHeight)) {
         return;
     }
-    mSurfaceWidth = static_cast<int>(width);
-    mSurfaceHeight = static_cast<int>(height);
     if (mMVP != nullptr) {
         qam::setSurfaceProjection(*mMVP, width, height);
     }
@@ -141,18 +141,15 @@ void KNDrawAdvectColorBrush::resizeSurface(float width, float height) {
 }
 
 void KNDrawAdvectColorBrush::setSize(float width, float height) {
-    if (!qam::usableSurface(width, height, "KNDrawAdvectColorBrush::setSize")) {
+    if (!qam::storeSurface(width, height, "KNDrawAdvectColorBrush::setSize", mSurfaceWidth,
+                           mSurfaceHeight)) {
         return;
     }
-    mSurfaceWidth = static_cast<int>(width);
-    mSurfaceHeight = static_cast<int>(height);
     createRectVertex(width, height);
 }
 
 void KNDrawAdvectColorBrush::setPosition(float x, float y, float z) {
-    mPosition[0] = x;
-    mPosition[1] = y;
-    mPosition[2] = z;
+    qam::storeFloats(mPosition, x, y, z);
     createRectVertex(static_cast<float>(mSurfaceWidth), static_cast<float>(mSurfaceHeight));
 }
 
@@ -161,10 +158,7 @@ void KNDrawAdvectColorBrush::setRectAlign(int mode) {
 }
 
 void KNDrawAdvectColorBrush::setColor(float r, float g, float b, float a) {
-    mColor[0] = r;
-    mColor[1] = g;
-    mColor[2] = b;
-    mColor[3] = a;
+    qam::storeFloats(mColor, r, g, b, a);
 }
 
 void KNDrawAdvectColorBrush::setTranslate(float x, float y, float z) {
@@ -186,19 +180,16 @@ void KNDrawAdvectColorBrush::setScale(float x, float y, float z) {
 }
 
 void KNDrawAdvectColorBrush::setBGTexture(const char* name, bool) {
-    if (name == nullptr) {
-        qam::logError("KNDrawAdvectColorBrush::setBGTexture: null name, texture kept");
+    if (!qam::textureByName(name, "KNDrawAdvectColorBrush::setBGTexture", mBackgroundTexture)) {
         return;
     }
-    mBackgroundTexture = KNTextureManager::getInstancePtr()->getTextureID(name);
 }
 
 void KNDrawAdvectColorBrush::setPatternColorTexture(char* name, bool) {
-    if (name == nullptr) {
-        qam::logError("KNDrawAdvectColorBrush::setPatternColorTexture: null name, texture kept");
+    if (!qam::textureByName(name, "KNDrawAdvectColorBrush::setPatternColorTexture",
+                            mPatternColorTexture)) {
         return;
     }
-    mPatternColorTexture = KNTextureManager::getInstancePtr()->getTextureID(name);
 }
 
 void KNDrawAdvectColorBrush::setFBOID(unsigned int texture) {

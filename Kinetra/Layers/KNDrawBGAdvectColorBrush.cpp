@@ -5,6 +5,7 @@
 #include "Kinetra/Core/KNMesh.h"
 #include "Kinetra/Core/KNShaderManager.h"
 #include "Kinetra/Core/KNTextureManager.h"
+#include "Kinetra/Layers/Implementation/BrushFields.h"
 #include "Kinetra/Layers/Implementation/BrushParts.h"
 #include "Kinetra/Layers/Implementation/BrushPass.h"
 #include "Kinetra/Layers/Implementation/BrushQuad.h"
@@ -115,11 +116,10 @@ void KNDrawBGAdvectColorBrush::contextChanged() {
 }
 
 void KNDrawBGAdvectColorBrush::resizeSurface(float width, float height) {
-    if (!qam::usableSurface(width, height, "KNDrawBGAdvectColorBrush::resizeSurface")) {
+    if (!qam::storeSurface(width, height, "KNDrawBGAdvectColorBrush::resizeSurface", mSurfaceWidth,
+                           mSurfaceHeight)) {
         return;
     }
-    mSurfaceWidth = static_cast<int>(width);
-    mSurfaceHeight = static_cast<int>(height);
     if (mMVP != nullptr) {
         qam::setSurfaceProjection(*mMVP, width, height);
     }
@@ -128,18 +128,15 @@ void KNDrawBGAdvectColorBrush::resizeSurface(float width, float height) {
 }
 
 void KNDrawBGAdvectColorBrush::setSize(float width, float height) {
-    if (!qam::usableSurface(width, height, "KNDrawBGAdvectColorBrush::setSize")) {
+    if (!qam::storeSurface(width, height, "KNDrawBGAdvectColorBrush::setSize", mSurfaceWidth,
+                           mSurfaceHeight)) {
         return;
     }
-    mSurfaceWidth = static_cast<int>(width);
-    mSurfaceHeight = static_cast<int>(height);
     createRectVertex(width, height);
 }
 
 void KNDrawBGAdvectColorBrush::setPosition(float x, float y, float z) {
-    mPosition[0] = x;
-    mPosition[1] = y;
-    mPosition[2] = z;
+    qam::storeFloats(mPosition, x, y, z);
     createRectVertex(static_cast<float>(mSurfaceWidth), static_cast<float>(mSurfaceHeight));
 }
 
@@ -148,10 +145,7 @@ void KNDrawBGAdvectColorBrush::setRectAlign(int mode) {
 }
 
 void KNDrawBGAdvectColorBrush::setColor(float r, float g, float b, float a) {
-    mColor[0] = r;
-    mColor[1] = g;
-    mColor[2] = b;
-    mColor[3] = a;
+    qam::storeFloats(mColor, r, g, b, a);
 }
 
 void KNDrawBGAdvectColorBrush::setTranslate(float x, float y, float z) {
@@ -173,11 +167,9 @@ void KNDrawBGAdvectColorBrush::setScale(float x, float y, float z) {
 }
 
 void KNDrawBGAdvectColorBrush::setBGTexture(const char* name, bool) {
-    if (name == nullptr) {
-        qam::logError("KNDrawBGAdvectColorBrush::setBGTexture: null name, texture kept");
+    if (!qam::textureByName(name, "KNDrawBGAdvectColorBrush::setBGTexture", mBGTexture)) {
         return;
     }
-    mBGTexture = KNTextureManager::getInstancePtr()->getTextureID(name);
 }
 
 void KNDrawBGAdvectColorBrush::changeBGTextureID(unsigned int texture) {

@@ -4,6 +4,7 @@
 
 #include "Common/Platform/Log.h"
 #include "Kinetra/Core/KNTextureManager.h"
+#include "Kinetra/Layers/Implementation/BrushFields.h"
 #include "Kinetra/Layers/Implementation/BrushParts.h"
 #include "Kinetra/Layers/Implementation/BrushPass.h"
 #include "Kinetra/Layers/Implementation/BrushQuad.h"
@@ -105,11 +106,10 @@ void KNDrawBGAdvectWaterBrush::contextChanged() {
 }
 
 void KNDrawBGAdvectWaterBrush::resizeSurface(float width, float height) {
-    if (!qam::usableSurface(width, height, "KNDrawBGAdvectWaterBrush::resizeSurface")) {
+    if (!qam::storeSurface(width, height, "KNDrawBGAdvectWaterBrush::resizeSurface", mSurfaceWidth,
+                           mSurfaceHeight)) {
         return;
     }
-    mSurfaceWidth = static_cast<int>(width);
-    mSurfaceHeight = static_cast<int>(height);
     qam::setSurfaceProjection(mMVP, width, height);
     createRectVertex(width, height);
     qam::fitWaterBackground(mBGMesh, mSurfaceWidth, mSurfaceHeight);
@@ -117,18 +117,15 @@ void KNDrawBGAdvectWaterBrush::resizeSurface(float width, float height) {
 }
 
 void KNDrawBGAdvectWaterBrush::setSize(float width, float height) {
-    if (!qam::usableSurface(width, height, "KNDrawBGAdvectWaterBrush::setSize")) {
+    if (!qam::storeSurface(width, height, "KNDrawBGAdvectWaterBrush::setSize", mSurfaceWidth,
+                           mSurfaceHeight)) {
         return;
     }
-    mSurfaceWidth = static_cast<int>(width);
-    mSurfaceHeight = static_cast<int>(height);
     createRectVertex(width, height);
 }
 
 void KNDrawBGAdvectWaterBrush::setPosition(float x, float y, float z) {
-    mPosition[0] = x;
-    mPosition[1] = y;
-    mPosition[2] = z;
+    qam::storeFloats(mPosition, x, y, z);
     createRectVertex(static_cast<float>(mSurfaceWidth), static_cast<float>(mSurfaceHeight));
 }
 
@@ -137,10 +134,7 @@ void KNDrawBGAdvectWaterBrush::setRectAlign(int mode) {
 }
 
 void KNDrawBGAdvectWaterBrush::setColor(float r, float g, float b, float a) {
-    mColor[0] = r;
-    mColor[1] = g;
-    mColor[2] = b;
-    mColor[3] = a;
+    qam::storeFloats(mColor, r, g, b, a);
 }
 
 void KNDrawBGAdvectWaterBrush::setTranslate(float x, float y, float z) {
@@ -156,11 +150,9 @@ void KNDrawBGAdvectWaterBrush::setScale(float x, float y, float z) {
 }
 
 void KNDrawBGAdvectWaterBrush::setBGTexture(const char* name, bool) {
-    if (name == nullptr) {
-        qam::logError("KNDrawBGAdvectWaterBrush::setBGTexture: null name, texture kept");
+    if (!qam::textureByName(name, "KNDrawBGAdvectWaterBrush::setBGTexture", mBGTexture)) {
         return;
     }
-    mBGTexture = KNTextureManager::getInstancePtr()->getTextureID(name);
     qam::fitWaterBackground(mBGMesh, mSurfaceWidth, mSurfaceHeight);
 }
 

@@ -6,6 +6,7 @@
 
 #include "Common/Platform/Log.h"
 #include "Kinetra/Layers/Implementation/BrilliantQuad.h"
+#include "Kinetra/Layers/Implementation/BrushFields.h"
 #include "Kinetra/Layers/Implementation/BrushParts.h"
 #include "Kinetra/Layers/Implementation/RendererGuard.h"
 #include "embedded/Kinetra/Layers/KNDrawBrilliantRadial.frag.h"
@@ -88,18 +89,15 @@ void KNDrawBrilliantRadial::resizeSurface(float width, float height) {
 }
 
 void KNDrawBrilliantRadial::setPosition(float x, float y, float z) {
-    mPosition[0] = x;
-    mPosition[1] = y;
-    mPosition[2] = z;
+    qam::storeFloats(mPosition, x, y, z);
     createRectVertex(static_cast<float>(mSurfaceWidth), static_cast<float>(mSurfaceHeight));
 }
 
 void KNDrawBrilliantRadial::setSize(float width, float height) {
-    if (!qam::usableSurface(width, height, "KNDrawBrilliantRadial::setSize")) {
+    if (!qam::storeSurface(width, height, "KNDrawBrilliantRadial::setSize", mSurfaceWidth,
+                           mSurfaceHeight)) {
         return;
     }
-    mSurfaceWidth = static_cast<int>(width);
-    mSurfaceHeight = static_cast<int>(height);
 }
 
 void KNDrawBrilliantRadial::drawRender() {

@@ -4,6 +4,7 @@
 
 #include "Kinetra/Core/KNTextureManager.h"
 #include "Kinetra/Layers/Implementation/BrilliantQuad.h"
+#include "Kinetra/Layers/Implementation/BrushFields.h"
 #include "Kinetra/Layers/Implementation/BrushParts.h"
 #include "Kinetra/Layers/Implementation/RendererGuard.h"
 #include "embedded/Kinetra/Layers/KNDrawBrilliantRing.frag.h"
@@ -78,18 +79,15 @@ void KNDrawBrilliantRing::resizeSurface(float width, float height) {
 }
 
 void KNDrawBrilliantRing::setPosition(float x, float y, float z) {
-    mPosition[0] = x;
-    mPosition[1] = y;
-    mPosition[2] = z;
+    qam::storeFloats(mPosition, x, y, z);
     createRectVertex(static_cast<float>(mSurfaceWidth), static_cast<float>(mSurfaceHeight));
 }
 
 void KNDrawBrilliantRing::setSize(float width, float height) {
-    if (!qam::usableSurface(width, height, "KNDrawBrilliantRing::setSize")) {
+    if (!qam::storeSurface(width, height, "KNDrawBrilliantRing::setSize", mSurfaceWidth,
+                           mSurfaceHeight)) {
         return;
     }
-    mSurfaceWidth = static_cast<int>(width);
-    mSurfaceHeight = static_cast<int>(height);
     createRectVertex(width, height);
 }
 

@@ -5,6 +5,7 @@
 #include "Kinetra/Core/KNMesh.h"
 #include "Kinetra/Core/KNShaderManager.h"
 #include "Kinetra/Core/KNTextureManager.h"
+#include "Kinetra/Layers/Implementation/BrushFields.h"
 #include "Kinetra/Layers/Implementation/BrushParts.h"
 #include "Kinetra/Layers/Implementation/BrushPass.h"
 #include "Kinetra/Layers/Implementation/BrushQuad.h"
@@ -134,11 +135,10 @@ void KNDrawMixColorBrush::contextChanged() {
 }
 
 void KNDrawMixColorBrush::resizeSurface(float width, float height) {
-    if (!qam::usableSurface(width, height, "KNDrawMixColorBrush::resizeSurface")) {
+    if (!qam::storeSurface(width, height, "KNDrawMixColorBrush::resizeSurface", mSurfaceWidth,
+                           mSurfaceHeight)) {
         return;
     }
-    mSurfaceWidth = static_cast<int>(width);
-    mSurfaceHeight = static_cast<int>(height);
     if (mMVP != nullptr) {
         qam::setSurfaceProjection(*mMVP, width, height);
     }
@@ -147,18 +147,15 @@ void KNDrawMixColorBrush::resizeSurface(float width, float height) {
 }
 
 void KNDrawMixColorBrush::setSize(float width, float height) {
-    if (!qam::usableSurface(width, height, "KNDrawMixColorBrush::setSize")) {
+    if (!qam::storeSurface(width, height, "KNDrawMixColorBrush::setSize", mSurfaceWidth,
+                           mSurfaceHeight)) {
         return;
     }
-    mSurfaceWidth = static_cast<int>(width);
-    mSurfaceHeight = static_cast<int>(height);
     createRectVertex(width, height);
 }
 
 void KNDrawMixColorBrush::setPosition(float x, float y, float z) {
-    mPosition[0] = x;
-    mPosition[1] = y;
-    mPosition[2] = z;
+    qam::storeFloats(mPosition, x, y, z);
     createRectVertex(static_cast<float>(mSurfaceWidth), static_cast<float>(mSurfaceHeight));
 }
 
@@ -167,10 +164,7 @@ void KNDrawMixColorBrush::setRectAlign(int mode) {
 }
 
 void KNDrawMixColorBrush::setColor(float r, float g, float b, float a) {
-    mColor[0] = r;
-    mColor[1] = g;
-    mColor[2] = b;
-    mColor[3] = a;
+    qam::storeFloats(mColor, r, g, b, a);
 }
 
 void KNDrawMixColorBrush::setTranslate(float x, float y, float z) {
@@ -192,11 +186,9 @@ void KNDrawMixColorBrush::setScale(float x, float y, float z) {
 }
 
 void KNDrawMixColorBrush::setBGTexture(const char* name, bool) {
-    if (name == nullptr) {
-        qam::logError("KNDrawMixColorBrush::setBGTexture: null name, texture kept");
+    if (!qam::textureByName(name, "KNDrawMixColorBrush::setBGTexture", mBGTexture)) {
         return;
     }
-    mBGTexture = KNTextureManager::getInstancePtr()->getTextureID(name);
 }
 
 void KNDrawMixColorBrush::changeBGTextureID(unsigned int texture) {

@@ -4,6 +4,7 @@
 
 #include "Common/Platform/Log.h"
 #include "Kinetra/Core/KNTextureManager.h"
+#include "Kinetra/Layers/Implementation/BrushFields.h"
 #include "Kinetra/Layers/Implementation/BrushParts.h"
 #include "Kinetra/Layers/Implementation/BrushPass.h"
 #include "Kinetra/Layers/Implementation/BrushQuad.h"
@@ -117,11 +118,10 @@ void KNDrawMixWaterBrush::contextChanged() {
 }
 
 void KNDrawMixWaterBrush::resizeSurface(float width, float height) {
-    if (!qam::usableSurface(width, height, "KNDrawMixWaterBrush::resizeSurface")) {
+    if (!qam::storeSurface(width, height, "KNDrawMixWaterBrush::resizeSurface", mSurfaceWidth,
+                           mSurfaceHeight)) {
         return;
     }
-    mSurfaceWidth = static_cast<int>(width);
-    mSurfaceHeight = static_cast<int>(height);
     qam::setSurfaceProjection(mMVP, width, height);
     createRectVertex(width, height);
     qam::fitWaterBackground(mBGMesh, mSurfaceWidth, mSurfaceHeight);
@@ -129,18 +129,15 @@ void KNDrawMixWaterBrush::resizeSurface(float width, float height) {
 }
 
 void KNDrawMixWaterBrush::setSize(float width, float height) {
-    if (!qam::usableSurface(width, height, "KNDrawMixWaterBrush::setSize")) {
+    if (!qam::storeSurface(width, height, "KNDrawMixWaterBrush::setSize", mSurfaceWidth,
+                           mSurfaceHeight)) {
         return;
     }
-    mSurfaceWidth = static_cast<int>(width);
-    mSurfaceHeight = static_cast<int>(height);
     createRectVertex(width, height);
 }
 
 void KNDrawMixWaterBrush::setPosition(float x, float y, float z) {
-    mPosition[0] = x;
-    mPosition[1] = y;
-    mPosition[2] = z;
+    qam::storeFloats(mPosition, x, y, z);
     createRectVertex(static_cast<float>(mSurfaceWidth), static_cast<float>(mSurfaceHeight));
 }
 
@@ -149,10 +146,7 @@ void KNDrawMixWaterBrush::setRectAlign(int mode) {
 }
 
 void KNDrawMixWaterBrush::setColor(float r, float g, float b, float a) {
-    mColor[0] = r;
-    mColor[1] = g;
-    mColor[2] = b;
-    mColor[3] = a;
+    qam::storeFloats(mColor, r, g, b, a);
 }
 
 void KNDrawMixWaterBrush::setTranslate(float x, float y, float z) {
@@ -168,11 +162,9 @@ void KNDrawMixWaterBrush::setScale(float x, float y, float z) {
 }
 
 void KNDrawMixWaterBrush::setBGTexture(const char* name, bool) {
-    if (name == nullptr) {
-        qam::logError("KNDrawMixWaterBrush::setBGTexture: null name, texture kept");
+    if (!qam::textureByName(name, "KNDrawMixWaterBrush::setBGTexture", mBGTexture)) {
         return;
     }
-    mBGTexture = KNTextureManager::getInstancePtr()->getTextureID(name);
     qam::fitWaterBackground(mBGMesh, mSurfaceWidth, mSurfaceHeight);
 }
 

@@ -5,6 +5,7 @@
 #include "Common/Platform/Log.h"
 #include "Kinetra/Core/KNMesh.h"
 #include "Kinetra/Core/KNTextureManager.h"
+#include "Kinetra/Layers/Implementation/BrushFields.h"
 #include "Kinetra/Layers/Implementation/BrushParts.h"
 #include "Kinetra/Layers/Implementation/RadialQuad.h"
 #include "Kinetra/Layers/Implementation/RendererGuard.h"
@@ -29,11 +30,10 @@ KNDrawRadialColorBrush::~KNDrawRadialColorBrush() {
 }
 
 void KNDrawRadialColorBrush::initRender(float width, float height) {
-    if (!qam::usableSurface(width, height, "KNDrawRadialColorBrush::initRender")) {
+    if (!qam::storeSurface(width, height, "KNDrawRadialColorBrush::initRender", mSurfaceWidth,
+                           mSurfaceHeight)) {
         return;
     }
-    mSurfaceWidth = static_cast<int>(width);
-    mSurfaceHeight = static_cast<int>(height);
     setOrthogonalCameraView(0, width, 0, height, -5000, 5000);
     createRectTextureShader();
     createRectVertex(width, height);
@@ -60,22 +60,20 @@ void KNDrawRadialColorBrush::createTextureUV() {
 }
 
 void KNDrawRadialColorBrush::resizeSurface(float width, float height) {
-    if (!qam::usableSurface(width, height, "KNDrawRadialColorBrush::resizeSurface")) {
+    if (!qam::storeSurface(width, height, "KNDrawRadialColorBrush::resizeSurface", mSurfaceWidth,
+                           mSurfaceHeight)) {
         return;
     }
-    mSurfaceWidth = static_cast<int>(width);
-    mSurfaceHeight = static_cast<int>(height);
     setOrthogonalCameraView(0, width, 0, height, -5000, 5000);
     createRectVertex(width, height);
     mMaskTexture = kUnsetTexture;
 }
 
 void KNDrawRadialColorBrush::setSize(float width, float height) {
-    if (!qam::usableSurface(width, height, "KNDrawRadialColorBrush::setSize")) {
+    if (!qam::storeSurface(width, height, "KNDrawRadialColorBrush::setSize", mSurfaceWidth,
+                           mSurfaceHeight)) {
         return;
     }
-    mSurfaceWidth = static_cast<int>(width);
-    mSurfaceHeight = static_cast<int>(height);
     createRectVertex(width, height);
 }
 
@@ -91,11 +89,9 @@ void KNDrawRadialColorBrush::setRectAlign(int mode) {
 }
 
 void KNDrawRadialColorBrush::setMaskTexture(const char* name) {
-    if (name == nullptr) {
-        qam::logError("KNDrawRadialColorBrush::setMaskTexture: null name, texture kept");
+    if (!qam::textureByName(name, "KNDrawRadialColorBrush::setMaskTexture", mMaskTexture)) {
         return;
     }
-    mMaskTexture = KNTextureManager::getInstancePtr()->getTextureID(name);
 }
 
 void KNDrawRadialColorBrush::setRatio(float x, float y) {

@@ -7,6 +7,7 @@
 #include "Common/Platform/Log.h"
 #include "Kinetra/Core/KNMesh.h"
 #include "Kinetra/Core/KNTextureManager.h"
+#include "Kinetra/Layers/Implementation/BrushFields.h"
 #include "Kinetra/Layers/Implementation/BrushParts.h"
 #include "Kinetra/Layers/Implementation/RadialQuad.h"
 #include "Kinetra/Layers/Implementation/RendererGuard.h"
@@ -31,11 +32,10 @@ KNDrawRadialColorBrushColor::~KNDrawRadialColorBrushColor() {
 }
 
 void KNDrawRadialColorBrushColor::initRender(float width, float height) {
-    if (!qam::usableSurface(width, height, "KNDrawRadialColorBrushColor::initRender")) {
+    if (!qam::storeSurface(width, height, "KNDrawRadialColorBrushColor::initRender", mSurfaceWidth,
+                           mSurfaceHeight)) {
         return;
     }
-    mSurfaceWidth = static_cast<int>(width);
-    mSurfaceHeight = static_cast<int>(height);
     setOrthogonalCameraView(0, width, 0, height, -5000, 5000);
     createRectTextureShader();
     createRectVertex(width, height);
@@ -63,11 +63,10 @@ void KNDrawRadialColorBrushColor::createTextureUV() {
 }
 
 void KNDrawRadialColorBrushColor::resizeSurface(float width, float height) {
-    if (!qam::usableSurface(width, height, "KNDrawRadialColorBrushColor::resizeSurface")) {
+    if (!qam::storeSurface(width, height, "KNDrawRadialColorBrushColor::resizeSurface",
+                           mSurfaceWidth, mSurfaceHeight)) {
         return;
     }
-    mSurfaceWidth = static_cast<int>(width);
-    mSurfaceHeight = static_cast<int>(height);
     setOrthogonalCameraView(0, width, 0, height, -5000, 5000);
     createRectVertex(width, height);
     mMaskTexture = kUnsetTexture;
@@ -76,11 +75,10 @@ void KNDrawRadialColorBrushColor::resizeSurface(float width, float height) {
 }
 
 void KNDrawRadialColorBrushColor::setSize(float width, float height) {
-    if (!qam::usableSurface(width, height, "KNDrawRadialColorBrushColor::setSize")) {
+    if (!qam::storeSurface(width, height, "KNDrawRadialColorBrushColor::setSize", mSurfaceWidth,
+                           mSurfaceHeight)) {
         return;
     }
-    mSurfaceWidth = static_cast<int>(width);
-    mSurfaceHeight = static_cast<int>(height);
     createRectVertex(width, height);
 }
 
@@ -96,19 +94,15 @@ void KNDrawRadialColorBrushColor::setRectAlign(int mode) {
 }
 
 void KNDrawRadialColorBrushColor::setMaskTexture(const char* name) {
-    if (name == nullptr) {
-        qam::logError("KNDrawRadialColorBrushColor::setMaskTexture: null name, texture kept");
+    if (!qam::textureByName(name, "KNDrawRadialColorBrushColor::setMaskTexture", mMaskTexture)) {
         return;
     }
-    mMaskTexture = KNTextureManager::getInstancePtr()->getTextureID(name);
 }
 
 void KNDrawRadialColorBrushColor::setColorTexture(const char* name) {
-    if (name == nullptr) {
-        qam::logError("KNDrawRadialColorBrushColor::setColorTexture: null name, texture kept");
+    if (!qam::textureByName(name, "KNDrawRadialColorBrushColor::setColorTexture", mColorTexture)) {
         return;
     }
-    mColorTexture = KNTextureManager::getInstancePtr()->getTextureID(name);
 }
 
 void KNDrawRadialColorBrushColor::setResolutionRatio(float ratio) {

@@ -4,6 +4,7 @@
 
 #include "Common/Platform/Log.h"
 #include "Kinetra/Core/KNTextureManager.h"
+#include "Kinetra/Layers/Implementation/BrushFields.h"
 #include "Kinetra/Layers/Implementation/BrushParts.h"
 #include "Kinetra/Layers/Implementation/RadialQuad.h"
 #include "Kinetra/Layers/Implementation/RendererGuard.h"
@@ -26,11 +27,10 @@ KNDrawRadialWaterBrush::KNDrawRadialWaterBrush()
       mGraphMultiply(0) {}
 
 void KNDrawRadialWaterBrush::initRender(float width, float height) {
-    if (!qam::usableSurface(width, height, "KNDrawRadialWaterBrush::initRender")) {
+    if (!qam::storeSurface(width, height, "KNDrawRadialWaterBrush::initRender", mSurfaceWidth,
+                           mSurfaceHeight)) {
         return;
     }
-    mSurfaceWidth = static_cast<int>(width);
-    mSurfaceHeight = static_cast<int>(height);
     setOrthogonalCameraView(0, width, 0, height, -5000, 5000);
     mRectMesh.reset();
     createRectTextureShader();
@@ -54,11 +54,10 @@ void KNDrawRadialWaterBrush::createTextureUV() {
 }
 
 void KNDrawRadialWaterBrush::resizeSurface(float width, float height) {
-    if (!qam::usableSurface(width, height, "KNDrawRadialWaterBrush::resizeSurface")) {
+    if (!qam::storeSurface(width, height, "KNDrawRadialWaterBrush::resizeSurface", mSurfaceWidth,
+                           mSurfaceHeight)) {
         return;
     }
-    mSurfaceWidth = static_cast<int>(width);
-    mSurfaceHeight = static_cast<int>(height);
     setOrthogonalCameraView(0, width, 0, height, -5000, 5000);
     createRectVertex(width, height);
     mMaskTexture = kUnsetTexture;
@@ -66,11 +65,10 @@ void KNDrawRadialWaterBrush::resizeSurface(float width, float height) {
 }
 
 void KNDrawRadialWaterBrush::setSize(float width, float height) {
-    if (!qam::usableSurface(width, height, "KNDrawRadialWaterBrush::setSize")) {
+    if (!qam::storeSurface(width, height, "KNDrawRadialWaterBrush::setSize", mSurfaceWidth,
+                           mSurfaceHeight)) {
         return;
     }
-    mSurfaceWidth = static_cast<int>(width);
-    mSurfaceHeight = static_cast<int>(height);
     createRectVertex(width, height);
 }
 
@@ -86,19 +84,15 @@ void KNDrawRadialWaterBrush::setRectAlign(int mode) {
 }
 
 void KNDrawRadialWaterBrush::setMaskTexture(const char* name) {
-    if (name == nullptr) {
-        qam::logError("KNDrawRadialWaterBrush::setMaskTexture: null name, texture kept");
+    if (!qam::textureByName(name, "KNDrawRadialWaterBrush::setMaskTexture", mMaskTexture)) {
         return;
     }
-    mMaskTexture = KNTextureManager::getInstancePtr()->getTextureID(name);
 }
 
 void KNDrawRadialWaterBrush::setGraphTexture(const char* name) {
-    if (name == nullptr) {
-        qam::logError("KNDrawRadialWaterBrush::setGraphTexture: null name, texture kept");
+    if (!qam::textureByName(name, "KNDrawRadialWaterBrush::setGraphTexture", mGraphTexture)) {
         return;
     }
-    mGraphTexture = KNTextureManager::getInstancePtr()->getTextureID(name);
 }
 
 void KNDrawRadialWaterBrush::setRatio(float x, float y) {
