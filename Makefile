@@ -1,6 +1,7 @@
-# Thin wrapper over CMake. `make demo` renders with the preview tool, `make test` runs
-# every test twice: plainly and under AddressSanitizer + UndefinedBehaviorSanitizer, the
-# threaded host tests under ThreadSanitizer, then the libFuzzer targets for a bounded time.
+# Thin wrapper over CMake. `make demo` renders with the preview tool. `make test` checks that
+# tests stay within a third of the code, runs every test twice (plainly and under
+# AddressSanitizer + UndefinedBehaviorSanitizer), the threaded host tests under
+# ThreadSanitizer, then the libFuzzer targets for a bounded time.
 BUILD       ?= build
 BUILD_ASAN  ?= build-asan
 BUILD_TSAN  ?= build-tsan
@@ -8,7 +9,7 @@ BUILD_FUZZ  ?= build-fuzz
 JOBS        ?= $(shell nproc)
 CTEST_FLAGS ?= --output-on-failure -j $(JOBS) --timeout 600
 
-.PHONY: all setup build demo test test-plain test-sanitize test-threads test-fuzz format
+.PHONY: all setup build demo test test-ratio test-plain test-sanitize test-threads test-fuzz format
 
 all: build
 
@@ -22,7 +23,10 @@ build: setup
 demo: build
 	bash scripts/demo.sh $(BUILD)
 
-test: test-plain test-sanitize test-threads test-fuzz
+test: test-ratio test-plain test-sanitize test-threads test-fuzz
+
+test-ratio:
+	bash scripts/test-ratio.sh
 
 test-plain: build
 	cd $(BUILD) && ctest $(CTEST_FLAGS)

@@ -4,12 +4,12 @@
 #include "tests/effects/RecordingEffect.h"
 
 #include <cstdio>
+#include <memory>
 #include <string>
 
 #include "Common/Effect/AnimationManager.h"
 #include "Common/Effect/Effect.h"
-#include "Common/Renderer/Base/Renderer.h"
-#include "Common/Renderer/Base/ShaderProgram.h"
+#include "tests/outside/FlatColour.h"
 
 namespace {
 
@@ -25,14 +25,6 @@ std::string at(const char* hook, const glm::vec2& p) {
     snprintf(text, sizeof text, "%s %g %g", hook, p.x, p.y);
     return text;
 }
-
-const char* const kVertex =
-    "attribute vec2 aPosition;\n"
-    "void main() { gl_Position = vec4(aPosition, 0.0, 1.0); }\n";
-const char* const kFragment =
-    "precision mediump float;\n"
-    "uniform vec4 uColor;\n"
-    "void main() { gl_FragColor = uColor; }\n";
 
 class TimedAnimation : public vi::IAnimation {
   public:
@@ -68,19 +60,12 @@ class RecordingEffect : private RecordingAnimations, public vi::Effect {
         ++gAlive;
         record("create");
         mResourceNames = {"bg", "noise", "mask"};
-        mProgram = vi::ShaderProgram::addProgram(new vi::ShaderProgram(kVertex, kFragment, 0));
-        mDrawable.mMode = GL_TRIANGLE_STRIP;
-        mDrawable.mDimension = 2;
-        mDrawable.mPositions2 = {{-1, -1}, {1, -1}, {-1, 1}, {1, 1}};
-        mRenderer = new vi::Renderer(*mProgram, mDrawable);
-        mRenderer->addAttribute("aPosition", mDrawable.mPositions2.data(), 2, true);
-        mRenderer->addUniform("uColor", &mColor, vi::Uniform::kVec4, 1);
+        mFlat = std::make_unique<FlatColour>();
         mAnimations.addAnimation(&mAnimation);
     }
     ~RecordingEffect() override {
         record("destroy");
-        delete mRenderer;
-        mProgram->destroy();
+        mFlat.reset();
         --gAlive;
     }
 
@@ -92,7 +77,7 @@ class RecordingEffect : private RecordingAnimations, public vi::Effect {
     void initLandscape() override { record("initLandscape"); }
     bool draw() override {
         record("draw");
-        mRenderer->draw();
+        mFlat->draw();
         return false;
     }
     void onTouchDown(const glm::vec2& p) override { record(at("onTouchDown", p)); }
@@ -109,7 +94,7 @@ class RecordingEffect : private RecordingAnimations, public vi::Effect {
         snprintf(text, sizeof text, "setParameter %d %g", key, value);
         record(text);
         if (key >= 0 && key < 4) {
-            mColor[key] = value;
+            mFlat->mColor[key] = value;
         } else if (key == 100) {
             mAnimation.mDuration = value;
             mAnimation.start(vi::IAnimationManager::mNow);
@@ -118,10 +103,7 @@ class RecordingEffect : private RecordingAnimations, public vi::Effect {
     void onContextLost() override { record("onContextLost"); }
 
   private:
-    vi::ShaderProgram* mProgram;
-    vi::Drawable mDrawable;
-    vi::Renderer* mRenderer;
-    glm::vec4 mColor{0.0f, 0.0f, 0.0f, 1.0f};
+    std::unique_ptr<FlatColour> mFlat;
 };
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <regex>
 #include <sstream>
 
 namespace qam::test {
@@ -29,52 +30,25 @@ std::string LogCapture::text() {
     fflush(stderr);
     std::string content;
     char buffer[4096];
-    ssize_t n;
-    off_t offset = 0;
-    while ((n = pread(mFile, buffer, sizeof buffer, offset)) > 0) {
+    for (ssize_t n; (n = pread(mFile, buffer, sizeof buffer, off_t(content.size()))) > 0;) {
         content.append(buffer, static_cast<size_t>(n));
-        offset += n;
     }
     return content;
 }
 
-namespace {
-
-// Splits "<tag> <priority> <date> <time> <pid> <tid> <message>" into a record; false when
-// the line is a continuation of the previous message.
-bool parseHeader(const std::string& line, LogRecord& record) {
-    std::istringstream in(line);
-    std::string tag, priority, date, time, pid, tid;
-    if (!(in >> tag >> priority >> date >> time >> pid >> tid)) {
-        return false;
-    }
-    const bool looksLikeHeader =
-        priority.size() == 1 && std::string("VDIWEF").find(priority[0]) != std::string::npos &&
-        date.size() == 5 && date[2] == '-' && time.size() >= 8 && time[2] == ':' &&
-        pid.find_first_not_of("0123456789") == std::string::npos &&
-        tid.find_first_not_of("0123456789") == std::string::npos;
-    if (!looksLikeHeader) {
-        return false;
-    }
-    in.get();  // the one space before the message
-    record.tag = tag;
-    record.priority = priority[0];
-    std::getline(in, record.message);
-    return true;
-}
-
-}  // namespace
-
 std::vector<LogRecord> LogCapture::records() {
+    // "<tag> <priority> <MM-DD> <hh:mm:ss[.mmm]> <pid> <tid> <message>"; any other line
+    // continues the message before it.
+    static const std::regex header(
+        R"((\S+) ([VDIWEF]) \d\d-\d\d \d\d:\d\d:\d\d\S* +\d+ +\d+ (.*))");
     std::vector<LogRecord> result;
     std::istringstream all(text());
-    std::string line;
-    while (std::getline(all, line)) {
-        LogRecord record;
-        if (parseHeader(line, record)) {
-            result.push_back(record);
+    std::smatch parts;
+    for (std::string line; std::getline(all, line);) {
+        if (std::regex_match(line, parts, header)) {
+            result.push_back({parts[1], parts[2].str()[0], parts[3]});
         } else if (!result.empty()) {
-            result.back().message += "\n" + line;  // continuation of a multi-line message
+            result.back().message += "\n" + line;
         }
     }
     return result;

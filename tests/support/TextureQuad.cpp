@@ -4,45 +4,34 @@
 #include <cstdlib>
 
 namespace qam::test {
-namespace {
-
-const char* const kVertex =
-    "attribute vec2 aPosition;\n"
-    "varying vec2 vCoord;\n"
-    "void main() {\n"
-    "    vCoord = aPosition * 0.5 + 0.5;\n"
-    "    gl_Position = vec4(aPosition, 0.0, 1.0);\n"
-    "}\n";
-const char* const kFragment =
-    "precision highp float;\n"
-    "uniform sampler2D uTexture;\n"
-    "varying vec2 vCoord;\n"
-    "void main() { gl_FragColor = texture2D(uTexture, vCoord); }\n";
-
-GLuint compile(GLenum type, const char* source) {
-    GLuint shader = glCreateShader(type);
-    glShaderSource(shader, 1, &source, nullptr);
-    glCompileShader(shader);
-    GLint ok = 0;
-    glGetShaderiv(shader, GL_COMPILE_STATUS, &ok);
-    if (!ok) {
-        fprintf(stderr, "TextureQuad: shader does not compile\n");
-        abort();
-    }
-    return shader;
-}
-
-}  // namespace
 
 TextureQuad::TextureQuad() {
+    const char* sources[2] = {
+        "attribute vec2 aPosition;\n"
+        "varying vec2 vCoord;\n"
+        "void main() {\n"
+        "    vCoord = aPosition * 0.5 + 0.5;\n"
+        "    gl_Position = vec4(aPosition, 0.0, 1.0);\n"
+        "}\n",
+        "precision highp float;\n"
+        "uniform sampler2D uTexture;\n"
+        "varying vec2 vCoord;\n"
+        "void main() { gl_FragColor = texture2D(uTexture, vCoord); }\n"};
     mProgram = glCreateProgram();
-    const GLuint vertex = compile(GL_VERTEX_SHADER, kVertex);
-    const GLuint fragment = compile(GL_FRAGMENT_SHADER, kFragment);
-    glAttachShader(mProgram, vertex);
-    glAttachShader(mProgram, fragment);
+    for (int i = 0; i < 2; ++i) {
+        const GLuint shader = glCreateShader(i == 0 ? GL_VERTEX_SHADER : GL_FRAGMENT_SHADER);
+        glShaderSource(shader, 1, &sources[i], nullptr);
+        glCompileShader(shader);
+        GLint ok = 0;
+        glGetShaderiv(shader, GL_COMPILE_STATUS, &ok);
+        if (!ok) {
+            fprintf(stderr, "TextureQuad: shader does not compile\n");
+            abort();
+        }
+        glAttachShader(mProgram, shader);
+        glDeleteShader(shader);  // goes with the program
+    }
     glLinkProgram(mProgram);
-    glDeleteShader(vertex);
-    glDeleteShader(fragment);
     mSampler = glGetUniformLocation(mProgram, "uTexture");
     mPosition = glGetAttribLocation(mProgram, "aPosition");
 }

@@ -1,83 +1,126 @@
 #include "Common/Effect/Effect.h"
 
+#include <cstdint>
 #include <glm/glm.hpp>
+#include <glm/gtc/epsilon.hpp>
 
+#include "Common/Effect/AnimationManager.h"
 #include "Common/Effect/EventHolder.h"
-#include "Common/Renderer/Base/Drawable.h"
-#include "Common/Renderer/Base/Renderer.h"
-#include "Common/Renderer/Base/ShaderProgram.h"
+#include "Common/Effect/Timer.h"
 #include "Common/Renderer/Base/Texture.h"
 #include "tests/support/GLTest.h"
-#include "tests/support/LogCapture.h"
 
 namespace {
 
-class EffectTest : public qam::test::GLTest {};
+using EffectTest = qam::test::GLTest;
+using vi::Timer;
 
-TEST_F(EffectTest, OrthoProjectionMapsTheScreenCornersToClipSpace) {
+TEST_F(EffectTest, InitSetsAnOrthoProjectionOverTheScreenAndTheErrorTexture) {
     vi::EventHolder effect;
     effect.makeCurrent();
     effect.initEffect(720, 1280);
     const glm::mat4& projection = *vi::Drawable::mProjectionMatrix;
-    const glm::vec4 origin = projection * glm::vec4(0, 0, 0, 1);
-    const glm::vec4 corner = projection * glm::vec4(720, 1280, 0, 1);
-    EXPECT_EQ(glm::vec2(origin), glm::vec2(-1, -1));
-    EXPECT_FLOAT_EQ(corner.x, 1.0f);
-    EXPECT_FLOAT_EQ(corner.y, 1.0f);
+    EXPECT_EQ(glm::vec2(projection * glm::vec4(0, 0, 0, 1)), glm::vec2(-1, -1));
+    EXPECT_TRUE(glm::all(glm::epsilonEqual(glm::vec2(projection * glm::vec4(720, 1280, 0, 1)),
+                                           glm::vec2(1, 1), 1e-6f)));
     EXPECT_EQ(projection[2][2], -0.001f);
-    EXPECT_EQ(*vi::Drawable::mViewMatrix, glm::mat4(1.0f));
-    EXPECT_FALSE(effect.mIsLandscape);
+    EXPECT_TRUE(*vi::Drawable::mViewMatrix == glm::mat4(1.0f) && !effect.mIsLandscape);
     EXPECT_EQ(effect.mInvScreenSize, glm::vec2(1.0f / 720, 1.0f / 1280));
-}
+    ASSERT_EQ(effect.mTextureList.back(), effect.mErrorTexture);
+    EXPECT_TRUE(effect.mErrorTexture->mWidth == 2u && effect.mErrorTexture->mIsRepeat);
+    EXPECT_TRUE(effect.mIsReady);
 
-TEST_F(EffectTest, PerspectiveProjectionHasTheFixedFieldOfView) {
-    vi::EventHolder effect;
-    effect.makeCurrent();
-    effect.initEffect(100, 100);
-    effect.setPerspectiveProjection();
-    const glm::mat4& projection = *vi::Drawable::mProjectionMatrix;
-    EXPECT_FLOAT_EQ(projection[0][0], 1.0f / 0.55785173f);
+    effect.setPerspectiveProjection();  // a fixed field of view
+    EXPECT_FLOAT_EQ(projection[0][0], 1.0f / 0.55785173f * 1280 / 720);
     EXPECT_EQ(projection[1][1], 1.792591f);
     EXPECT_EQ(projection[2][3], -1.0f);
     EXPECT_EQ(projection[3][2], -2.0002f);
     EXPECT_EQ(projection[3][3], 0.0f);
 }
 
-TEST_F(EffectTest, InitCreatesTheTwoByTwoErrorTextureInTheEffectsList) {
-    vi::EventHolder effect;
-    effect.makeCurrent();
-    effect.initEffect(64, 64);
-    ASSERT_NE(effect.mErrorTexture, nullptr);
-    EXPECT_EQ(effect.mErrorTexture->mWidth, 2u);
-    EXPECT_TRUE(effect.mErrorTexture->mIsRepeat);
-    EXPECT_EQ(effect.mTextureList.back(), effect.mErrorTexture);
-    EXPECT_TRUE(effect.mIsReady);
+int64_t nowNanoseconds() {
+    timespec time;
+    clock_gettime(CLOCK_REALTIME, &time);
+    return time.tv_sec * 1000000000LL + time.tv_nsec;
 }
 
-TEST_F(EffectTest, LeftoverRenderersAndShadersAreReportedOnceEach) {
-    qam::test::LogCapture log;
-    vi::Drawable drawable;
-    vi::ShaderProgram* program = nullptr;
-    vi::Renderer* renderers[2] = {};
-    {
-        vi::EventHolder effect;
-        effect.makeCurrent();
-        program = vi::ShaderProgram::addProgram(new vi::ShaderProgram(
-            "attribute vec2 a; void main() { gl_Position = vec4(a, 0.0, 1.0); }",
-            "void main() { gl_FragColor = vec4(1.0); }", 0));
-        renderers[0] = new vi::Renderer(*program, drawable);
-        renderers[1] = new vi::Renderer(*program, drawable);
-    }  // the effect dies with both renderers and the program still listed
-    EXPECT_EQ(log.count("WARNING: Renderer leaked!!!!!!!"), 1);
-    EXPECT_EQ(log.count("WARNING: Shader leaked!!!!!!!"), 1);
+class TimerTest : public ::testing::Test {
+  protected:
+    void SetUp() override { Timer::restart(); }
+    void TearDown() override { Timer::restart(); }
+};
 
-    std::vector<vi::Renderer*> renderersElsewhere;
-    std::vector<vi::ShaderProgram*> shadersElsewhere;
-    vi::Renderer::mAllRenderers = &renderersElsewhere;
-    vi::ShaderProgram::mAllShaders = &shadersElsewhere;
-    delete renderers[0];
-    delete renderers[1];
-    program->destroy();
+TEST_F(TimerTest, PauseTwiceKeepsTheFirstTimeAndResumeWithoutPauseDoesNothing) {
+    EXPECT_LT(vi::IAnimationManager::mNow, 0.01f);  // restarted at zero
+    Timer::mStartingCnt.tv_sec -= 5;                // five seconds in
+    Timer::resume();                                // not paused: nothing
+    Timer::pause();
+    const float paused = Timer::mPausedTime;
+    EXPECT_NEAR(paused, 5.0f, 0.01f);
+    Timer::mStartingCnt.tv_sec -= 5;
+    Timer::pause();
+    EXPECT_EQ(Timer::mPausedTime, paused);
+    EXPECT_EQ(Timer::read(), paused);
+}
+
+// Resume puts the origin `paused` seconds before now, the nanoseconds as (int)(paused * 1e9),
+// saturated at 2^31 - 1. A negative nanosecond difference borrows a second and stores
+// 16 minus the difference, so the origin can be read back to the time of the resume.
+TEST_F(TimerTest, ResumeKeepsItsArithmetic) {
+    const struct {
+        float paused;
+        int64_t nanoseconds;
+        bool borrows;
+    } cases[] = {
+        {0.0f, 0, false},
+        {1.0f, 1000000000, true},  // exceeds any nanosecond field
+        {2.5f, 2147483647, true},  // saturated
+        {7.0f, 2147483647, true},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.paused);
+        Timer::mIsPaused = true;
+        Timer::mPausedTime = c.paused;
+        const int64_t before = nowNanoseconds();
+        Timer::resume();
+        const int64_t after = nowNanoseconds();
+        const timespec origin = Timer::mStartingCnt;
+        const int64_t seconds = origin.tv_sec + static_cast<int>(c.paused) + (c.borrows ? 1 : 0);
+        const int64_t nanoseconds =
+            c.borrows ? c.nanoseconds + 16 - origin.tv_nsec : origin.tv_nsec + c.nanoseconds;
+        EXPECT_GE(nanoseconds, 0);
+        EXPECT_LT(nanoseconds, 1000000000);
+        EXPECT_GE(seconds * 1000000000LL + nanoseconds, before);
+        EXPECT_LE(seconds * 1000000000LL + nanoseconds, after);
+    }
+}
+
+struct CountingAnimation : vi::IAnimation {
+    void start(float) override {}
+    float getDuration() const override { return 0.0f; }
+    void update(float now) override { seen.push_back(now); }
+    bool isRunning() override { return running; }
+    void stop() override { running = false; }
+    std::vector<float> seen;
+    bool running = false;
+};
+
+TEST_F(TimerTest, ManagerUpdatesEveryAnimationAndAnswersWhetherOneRuns) {
+    vi::AnimationManager<TimerTest> manager;
+    CountingAnimation first, second;
+    manager.addAnimation(&first);
+    manager.addAnimation(&second);
+    Timer::pause();
+    manager.update();
+    EXPECT_EQ(second.seen, std::vector<float>{Timer::mPausedTime});
+    EXPECT_FALSE(manager.isAnimating());
+    first.running = second.running = true;
+    manager.removeAnimation(&first);
+    manager.update();
+    EXPECT_EQ(first.seen.size(), 1u);
+    EXPECT_TRUE(manager.isAnimating());
+    manager.stopAll();
+    EXPECT_FALSE(manager.isAnimating() || second.running);
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -7,8 +8,11 @@
 #include "Common/Native/Host.h"
 #include "tests/effects/RecordingEffect.h"
 #include "tests/support/GLTest.h"
+#include "tests/support/LogCapture.h"
 
 namespace qam::test {
+
+using Calls = std::vector<std::string>;
 
 // Hosts the recording effect on the fixture's context through the same calls Java makes.
 class HostTest : public GLTest {
@@ -20,26 +24,28 @@ class HostTest : public GLTest {
     }
     void TearDown() override { vi::Host::destroy(mSlot); }
 
-    // loadEffect of the recording effect, then init for the fixture's surface.
-    void start(vi::EffectSlot& slot) {
-        std::vector<std::string> names;
-        ASSERT_TRUE(vi::Host::loadEffect(slot, RECORDING_EFFECT_PATH, names));
-        vi::Host::init(slot, kWidth, kHeight, false);
+    // loadEffect of `path`, the recording effect by default.
+    bool load(const char* path = RECORDING_EFFECT_PATH, Calls* names = nullptr) {
+        Calls ignored;
+        return vi::Host::loadEffect(mSlot, path, names != nullptr ? *names : ignored);
     }
-    void start() { start(mSlot); }
-
-    static std::vector<std::string> calls() {
-        std::vector<std::string> lines;
-        std::string all = recordingEffectCalls();
-        size_t begin = 0;
-        for (size_t end; (end = all.find('\n', begin)) != std::string::npos; begin = end + 1) {
-            lines.push_back(all.substr(begin, end - begin));
+    // loadEffect of the recording effect, then init for the fixture's surface.
+    void start() {
+        ASSERT_TRUE(load());
+        vi::Host::init(mSlot, kWidth, kHeight, false);
+    }
+    // The hook calls of the recording effect so far, one per element.
+    static Calls calls() {
+        std::istringstream all(recordingEffectCalls());
+        Calls lines;
+        for (std::string line; std::getline(all, line);) {
+            lines.push_back(line);
         }
         return lines;
     }
     // The calls since the last reset, then a reset.
-    static std::vector<std::string> takeCalls() {
-        std::vector<std::string> lines = calls();
+    static Calls takeCalls() {
+        Calls lines = calls();
         recordingEffectReset();
         return lines;
     }

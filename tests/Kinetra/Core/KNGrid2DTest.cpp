@@ -1,119 +1,88 @@
 #include "Kinetra/Core/KNGrid2D.h"
 
-#include <gtest/gtest.h>
-
-#include <cmath>
-#include <string>
-
-#include "tests/support/LogCapture.h"
+#include "tests/Kinetra/Core/CoreTestSupport.h"
 
 namespace {
 
 using Kinetra::KNGrid2D;
 
-// What `call` writes to standard output.
-template <typename Call>
-std::string stdoutOf(Call call) {
-    testing::internal::CaptureStdout();
-    call();
-    return testing::internal::GetCapturedStdout();
+// Every field of a grid: resolution, cells, faces across x and y, nodes, nodes per row and
+// column, last cell column and row; dimension, cell size, half and squared cell, the squared
+// product, min, max, diagonal, epsilon and upper bound. Empty lists: all zero.
+void expectFields(KNGrid2D& g, std::vector<int> ints, std::vector<double> doubles) {
+    EXPECT_EQ((std::vector<int>{g.getResolution().x, g.getResolution().y, g.getCellCount(),
+                                g.getFaceCountX(), g.getFaceCountY(), g.getNodeCount(),
+                                g.getNodesPerRow(), g.getNodesPerColumn(), g.getLastCellColumn(),
+                                g.getLastCellRow()}),
+              ints.empty() ? std::vector<int>(10) : ints);
+    const std::vector<double> actual = {
+        g.getDimension().x,   g.getDimension().y,   g.getCellSize().x,
+        g.getCellSize().y,    g.getHalfCell().x,    g.getHalfCell().y,
+        g.getSquaredCell().x, g.getSquaredCell().y, g.getSquaredCellProduct(),
+        g.getMinCell(),       g.getMaxCell(),       g.getCellDiagonal(),
+        g.getEpsilon(),       g.getUpperBound().x,  g.getUpperBound().y};
+    for (size_t k = 0; k < actual.size(); ++k) {
+        EXPECT_DOUBLE_EQ(actual[k], doubles.empty() ? 0.0 : doubles[k]) << "field " << k;
+    }
 }
 
-TEST(KNGrid2D, FourByTwoCellsOverEightByTwo) {
-    KNGrid2D grid;
-    const std::string out = stdoutOf([&] { grid.setGrid(4, 2, 8.0, 2.0); });
-    EXPECT_EQ(out, "");
+// Four by two cells over 8 x 3.
+const std::vector<int> kInts = {4, 2, 8, 10, 12, 15, 5, 3, 3, 1};
+const std::vector<double> kDoubles = {8, 3,   2, 1.5, 1,      0.75,   4,     2.25,
+                                      9, 1.5, 2, 2.5, 0.0015, 7.9985, 2.9985};
 
+TEST(KNGrid2D, DerivedFieldsCopyResetAndTheNodesOfACell) {
+    KNGrid2D grid, other;
+    grid.setName("field");
+    testing::internal::CaptureStdout();
+    grid.setGrid(Kinetra::KNVector2D<int>{4, 2}, Kinetra::KNVector2D<double>{8.0, 3.0});
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
+    expectFields(grid, kInts, kDoubles);
     int nx = 0, ny = 0;
+    double d[4] = {};
     grid.getResolution(&nx, &ny);
-    EXPECT_EQ(nx, 4);
-    EXPECT_EQ(ny, 2);
-    double hx = 0, hy = 0;
-    grid.getCellSize(&hx, &hy);
-    EXPECT_DOUBLE_EQ(hx, 2.0);
-    EXPECT_DOUBLE_EQ(hy, 1.0);
-    double dx = 0, dy = 0;
-    grid.getDimension(&dx, &dy);
-    EXPECT_DOUBLE_EQ(dx, 8.0);
-    EXPECT_DOUBLE_EQ(dy, 2.0);
-    EXPECT_EQ(grid.getResolution().x, 4);
-    EXPECT_DOUBLE_EQ(grid.getDimension().y, 2.0);
-    EXPECT_DOUBLE_EQ(grid.getCellSize().x, 2.0);
-
-    EXPECT_EQ(grid.getCellCount(), 8);
-    EXPECT_EQ(grid.getFaceCountX(), 10);  // 5 x 2
-    EXPECT_EQ(grid.getFaceCountY(), 12);  // 4 x 3
-    EXPECT_EQ(grid.getNodeCount(), 15);
-    EXPECT_EQ(grid.getNodesPerRow(), 5);
-    EXPECT_EQ(grid.getNodesPerColumn(), 3);
-    EXPECT_EQ(grid.getLastCellColumn(), 3);
-    EXPECT_EQ(grid.getLastCellRow(), 1);
-    EXPECT_DOUBLE_EQ(grid.getHalfCell().x, 1.0);
-    EXPECT_DOUBLE_EQ(grid.getHalfCell().y, 0.5);
-    EXPECT_DOUBLE_EQ(grid.getSquaredCell().x, 4.0);
-    EXPECT_DOUBLE_EQ(grid.getSquaredCellProduct(), 4.0);
-    EXPECT_DOUBLE_EQ(grid.getMinCell(), 1.0);
-    EXPECT_DOUBLE_EQ(grid.getMaxCell(), 2.0);
-    EXPECT_DOUBLE_EQ(grid.getCellDiagonal(), std::sqrt(5.0));
-    EXPECT_DOUBLE_EQ(grid.getEpsilon(), 0.001);
-    EXPECT_DOUBLE_EQ(grid.getUpperBound().x, 7.999);
-    EXPECT_DOUBLE_EQ(grid.getUpperBound().y, 1.999);
-
-    int nodes[4] = {0, 0, 0, 0};
+    grid.getDimension(d, d + 1);
+    grid.getCellSize(d + 2, d + 3);
+    EXPECT_EQ((std::vector<double>{1.0 * nx, 1.0 * ny, d[0], d[1], d[2], d[3]}),
+              (std::vector<double>{4, 2, 8, 3, 2, 1.5}));
+    int nodes[4] = {};
     grid.getNodesOfCell(1, 1, nodes);
-    EXPECT_EQ(nodes[0], 6);
-    EXPECT_EQ(nodes[1], 7);
-    EXPECT_EQ(nodes[2], 12);
-    EXPECT_EQ(nodes[3], 11);
+    EXPECT_EQ(std::vector<int>(nodes, nodes + 4), (std::vector<int>{6, 7, 12, 11}));
+    grid.getNodesOfCell(3, 1, nodes);  // the last cell is inside
+    EXPECT_EQ(nodes[2], 14);
+
+    other.copy(grid);
+    expectFields(other, kInts, kDoubles);
+    grid.reset();  // keeps the name
+    EXPECT_EQ(grid.getName() + other.getName(), "fieldfield");
+    expectFields(grid, {}, {});
+    other.copy(other);  // copying itself resets and copies nothing
+    EXPECT_EQ(other.getNodeCount(), 0);
 }
 
 TEST(KNGrid2D, InvalidGridsArePrintedAndChangeNothing) {
     KNGrid2D grid;
-    grid.setGrid(Kinetra::KNVector2D<int>{4, 2}, Kinetra::KNVector2D<double>{8.0, 2.0});
-
-    EXPECT_EQ(stdoutOf([&] { grid.setGrid(0, 5, 1, 1); }),
-              "Error@KNGrid2D::setGrid2D(): Invalid resolution.\n");
-    EXPECT_EQ(stdoutOf([&] { grid.setGrid(5, 5, 0, 1); }),
-              "Error@KNGrid2D::setGrid2D(): Invalid dimension.\n");
-    EXPECT_EQ(stdoutOf([&] { grid.setGrid(5, 5, 1, -2); }),
-              "Error@KNGrid2D::setGrid2D(): Invalid dimension.\n");
+    grid.setGrid(4, 2, 8.0, 3.0);
     // The resolution is checked first.
-    EXPECT_EQ(stdoutOf([&] { grid.setGrid(-1, 5, 0, 1); }),
-              "Error@KNGrid2D::setGrid2D(): Invalid resolution.\n");
-
-    EXPECT_EQ(grid.getResolution().x, 4);
-    EXPECT_EQ(grid.getNodeCount(), 15);
-    EXPECT_DOUBLE_EQ(grid.getUpperBound().x, 7.999);
+    const std::vector<std::pair<std::vector<double>, const char*>> cases = {
+        {{0, 5, 1, 1}, "resolution"},
+        {{5, 0, 1, 1}, "resolution"},
+        {{5, 5, 0, 1}, "dimension"},
+        {{5, 5, 1, -2}, "dimension"},
+        {{-1, 5, 0, 1}, "resolution"}};
+    for (const auto& [in, what] : cases) {
+        testing::internal::CaptureStdout();
+        grid.setGrid(static_cast<int>(in[0]), static_cast<int>(in[1]), in[2], in[3]);
+        EXPECT_EQ(testing::internal::GetCapturedStdout(),
+                  std::string("Error@KNGrid2D::setGrid2D(): Invalid ") + what + ".\n");
+    }
+    expectFields(grid, kInts, kDoubles);
 }
 
-TEST(KNGrid2D, ResetAndCopy) {
-    KNGrid2D grid;
-    grid.setName("field");
-    grid.setGrid(3, 3, 3.0, 6.0);
-
-    KNGrid2D other;
-    other.copy(grid);
-    EXPECT_EQ(other.getName(), "field");
-    EXPECT_EQ(other.getNodeCount(), 16);
-    EXPECT_DOUBLE_EQ(other.getCellSize().y, 2.0);
-    EXPECT_DOUBLE_EQ(other.getUpperBound().y, 5.999);
-
-    grid.reset();
-    EXPECT_EQ(grid.getName(), "field");
-    EXPECT_EQ(grid.getResolution().x, 0);
-    EXPECT_EQ(grid.getNodeCount(), 0);
-    EXPECT_DOUBLE_EQ(grid.getCellDiagonal(), 0.0);
-
-    // Copying itself resets and copies nothing.
-    other.copy(other);
-    EXPECT_EQ(other.getNodeCount(), 0);
-    EXPECT_EQ(other.getName(), "field");
-}
-
-TEST(KNGrid2D, BadOutputsAndCellsAreLoggedOnce) {
+TEST(KNGrid2D, BadOutputsAndCellsAreLoggedAndWriteNothing) {
     KNGrid2D grid;
     grid.setGrid(2, 2, 1.0, 1.0);
-    qam::test::LogCapture log;
+    LogCapture log;
     int x = -7;
     double d = -7;
     int nodes[4] = {-1, -1, -1, -1};
@@ -121,17 +90,11 @@ TEST(KNGrid2D, BadOutputsAndCellsAreLoggedOnce) {
     grid.getDimension(nullptr, &d);
     grid.getCellSize(&d, nullptr);
     grid.getNodesOfCell(0, 0, nullptr);
-    grid.getNodesOfCell(2, 0, nodes);
-    grid.getNodesOfCell(0, -1, nodes);
-    EXPECT_EQ(log.messages().size(), 6u);
-    EXPECT_EQ(x, -7);
-    EXPECT_EQ(d, -7);
-    EXPECT_EQ(nodes[0], -1);
-
-    // The last cell is inside.
-    grid.getNodesOfCell(1, 1, nodes);
-    EXPECT_EQ(nodes[2], 8);
-    EXPECT_EQ(log.messages().size(), 6u);
+    for (auto [i, j] : std::vector<std::pair<int, int>>{{2, 0}, {0, 2}, {0, -1}, {-1, 0}}) {
+        grid.getNodesOfCell(i, j, nodes);
+    }
+    EXPECT_EQ(log.messages().size(), 8u);
+    EXPECT_EQ(x + d + nodes[0], -15);
 }
 
 }  // namespace

@@ -1,31 +1,26 @@
 #include "Kinetra/Core/KNMVPManager.h"
 
-#include <gtest/gtest.h>
-
+#include <algorithm>
 #include <cmath>
 #include <cstring>
 #include <random>
 
 #include "Kinetra/Core/Implementation/MatrixLanes.h"
-#include "tests/support/LogCapture.h"
+#include "tests/Kinetra/Core/CoreTestSupport.h"
 
+// Matrices are written column by column, as they are stored.
 namespace {
 
 using Kinetra::KNMVPManager;
 using Matrix = KNMVPManager::Matrix;
+using Vector = KNMVPManager::Vector;
 
-Matrix identity() {
-    Matrix m;
-    KNMVPManager::setIdentityMatrix(m);
-    return m;
-}
+const Matrix kIdentity{{1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1}};
 
 Matrix randomMatrix(std::mt19937& random) {
-    std::uniform_real_distribution<float> value(-100.0f, 100.0f);
     Matrix m;
-    for (float& f : m.m) {
-        f = value(random);
-    }
+    std::generate(m.m, m.m + 16,
+                  [&] { return std::uniform_real_distribution<float>(-100, 100)(random); });
     return m;
 }
 
@@ -33,115 +28,71 @@ bool sameBits(const Matrix& a, const Matrix& b) {
     return std::memcmp(a.m, b.m, sizeof a.m) == 0;
 }
 
-// The column-vector product m · (x, y, z, 1).
-KNMVPManager::Vector apply(const Matrix& m, float x, float y, float z) {
-    const float p[4] = {x, y, z, 1.0f};
-    float r[4] = {0, 0, 0, 0};
-    for (int i = 0; i < 4; ++i) {
-        for (int j = 0; j < 4; ++j) {
-            r[j] += m[i][j] * p[i];
-        }
-    }
-    return {r[0], r[1], r[2]};
-}
-
-void expectMatrixNear(const Matrix& actual, const Matrix& expected, float tolerance) {
+void expectNear(const Matrix& actual, const Matrix& expected, float tolerance = 1e-6f) {
     for (int k = 0; k < 16; ++k) {
         EXPECT_NEAR(actual.m[k], expected.m[k], tolerance) << "at index " << k;
     }
 }
 
-// ---- the four-lane paths against the scalar formulas ------------------------------------
-
-TEST(KNMVPManagerLanes, MultiplyTranslateScaleMatchTheScalarFormulasBitForBit) {
-    std::mt19937 random(7);
-    for (int round = 0; round < 200; ++round) {
-        const Matrix a = randomMatrix(random);
-        const Matrix b = randomMatrix(random);
-        Matrix expected;
-        qam::lanes::multiplyScalar(expected.m, a.m, b.m);
-        Matrix product;
-        KNMVPManager::multiplyMatrix(product, a, b);
-        ASSERT_TRUE(sameBits(product, expected)) << "round " << round;
-
-        // The result may be written over either operand.
-        Matrix left = a;
-        KNMVPManager::multiplyMatrix(left, left, b);
-        ASSERT_TRUE(sameBits(left, expected));
-        Matrix right = b;
-        KNMVPManager::multiplyMatrix(right, a, right);
-        ASSERT_TRUE(sameBits(right, expected));
-
-        Matrix translated = a;
-        Matrix translatedScalar = a;
-        KNMVPManager::translateMatrix(translated, 1.5f, -0.3f, 7.1f);
-        qam::lanes::translateScalar(translatedScalar.m, 1.5f, -0.3f, 7.1f);
-        ASSERT_TRUE(sameBits(translated, translatedScalar));
-
-        Matrix scaled = a;
-        Matrix scaledScalar = a;
-        KNMVPManager::scaleMatrix(scaled, 0.7f, -3.0f, 1e-3f);
-        qam::lanes::scaleScalar(scaledScalar.m, 0.7f, -3.0f, 1e-3f);
-        ASSERT_TRUE(sameBits(scaled, scaledScalar));
+// m · (x, y, z, 1) is e.
+void expectMaps(const Matrix& m, Vector p, Floats e, float tolerance = 1e-6f) {
+    for (int j = 0; j < 3; ++j) {
+        EXPECT_NEAR(m[0][j] * p.x + m[1][j] * p.y + m[2][j] * p.z + m[3][j], e[j], tolerance) << j;
     }
 }
 
-// ---- builders, worked by hand -------------------------------------------------------------
+TEST(KNMVPManager, FourLanePathsMatchTheScalarFormulasBitForBit) {
+    std::mt19937 random(7);
+    for (int round = 0; round < 200; ++round) {
+        const Matrix a = randomMatrix(random), b = randomMatrix(random);
+        Matrix expected, product, left = a, right = b;
+        qam::lanes::multiplyScalar(expected.m, a.m, b.m);
+        KNMVPManager::multiplyMatrix(product, a, b);
+        KNMVPManager::multiplyMatrix(left, left, b);  // written over either operand
+        KNMVPManager::multiplyMatrix(right, a, right);
+        ASSERT_TRUE(sameBits(product, expected) && sameBits(left, expected) &&
+                    sameBits(right, expected));
+        Matrix moved = a, movedScalar = a, scaled = a, scaledScalar = a;
+        KNMVPManager::translateMatrix(moved, 1.5f, -0.3f, 7.1f);
+        qam::lanes::translateScalar(movedScalar.m, 1.5f, -0.3f, 7.1f);
+        KNMVPManager::scaleMatrix(scaled, 0.7f, -3.0f, 1e-3f);
+        qam::lanes::scaleScalar(scaledScalar.m, 0.7f, -3.0f, 1e-3f);
+        ASSERT_TRUE(sameBits(moved, movedScalar) && sameBits(scaled, scaledScalar));
+    }
+}
 
 // Multiply applies its first operand first; translate and scale post-multiply.
-TEST(KNMVPManagerBuilders, OperandOrder) {
-    Matrix translate = identity();
-    translate[3][0] = 1;
-    translate[3][1] = 2;
-    translate[3][2] = 3;
-    Matrix scale = identity();
-    scale[0][0] = 2;
-    scale[1][1] = 3;
-    scale[2][2] = 4;
+TEST(KNMVPManager, OperandOrderWorkedByHand) {
     Matrix r;
-    KNMVPManager::multiplyMatrix(r, translate, scale);
+    KNMVPManager::multiplyMatrix(r, Matrix{{1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 1, 2, 3, 1}},
+                                 Matrix{{2, 0, 0, 0, 0, 3, 0, 0, 0, 0, 4, 0, 0, 0, 0, 1}});
     // Translated, then scaled: the translation is scaled too.
-    Matrix expected = scale;
-    expected[3][0] = 2;
-    expected[3][1] = 6;
-    expected[3][2] = 12;
-    EXPECT_TRUE(sameBits(r, expected));
-
-    Matrix m = identity();
-    m[0][0] = 2;  // an existing scale of 2 along x
+    EXPECT_TRUE(sameBits(r, Matrix{{2, 0, 0, 0, 0, 3, 0, 0, 0, 0, 4, 0, 2, 6, 12, 1}}));
+    // An existing scale of 2 along x: the translation goes through it, column 3 keeps.
+    Matrix m{{2, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1}};
     KNMVPManager::translateMatrix(m, 1, 2, 3);
-    const KNMVPManager::Vector moved = apply(m, 0, 0, 0);
-    EXPECT_FLOAT_EQ(moved.x, 2);  // the translation goes through the existing scale
-    EXPECT_FLOAT_EQ(moved.y, 2);
     KNMVPManager::scaleMatrix(m, 3, 4, 5);
-    EXPECT_FLOAT_EQ(m[0][0], 6);
-    EXPECT_FLOAT_EQ(m[3][0], 2);  // column 3 untouched
+    EXPECT_TRUE(sameBits(m, Matrix{{6, 0, 0, 0, 0, 4, 0, 0, 0, 0, 5, 0, 2, 2, 3, 1}}));
 }
 
-TEST(KNMVPManagerBuilders, RotationTurnsClockwiseWithTheExactDegreeConstant) {
+TEST(KNMVPManager, RotationTurnsClockwiseWithTheExactDegreeConstant) {
     KNMVPManager mvp;
     mvp.setRotate(90, 0, 0, 1);
-    const Matrix& model = mvp.getModelMatrix();
     // 90 times the constant rounds to the float above pi/2, whose cosine is -1.6292068e-7;
     // with the float nearest pi/180 it would be -4.37e-8.
-    EXPECT_NEAR(model[0][0], -1.6292068e-7f, 1e-12f);
-    EXPECT_FLOAT_EQ(model[0][1], -1.0f);
-    EXPECT_FLOAT_EQ(model[1][0], 1.0f);
-    EXPECT_FLOAT_EQ(model[2][2], 1.0f);
-    EXPECT_FLOAT_EQ(model[3][3], 1.0f);
-    const KNMVPManager::Vector x = apply(model, 1, 0, 0);
-    EXPECT_NEAR(x.x, 0, 1e-6);
-    EXPECT_NEAR(x.y, -1, 1e-6);  // the x axis goes to -y
-
-    // A non-unit axis is normalised.
-    Matrix about = identity();
+    EXPECT_NEAR(mvp.getModelMatrix()[0][0], -1.6292068e-7f, 1e-12f);
+    expectNear(mvp.getModelMatrix(), Matrix{{0, -1, 0, 0, 1, 0, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1}});
+    // About (1, 1, 0) by 90 degrees: x goes to (1, 1, sqrt 2) / 2, z to (-1, 1, 0) / sqrt 2.
+    Matrix tilted = kIdentity;
+    KNMVPManager::rotateMatrix(tilted, 90, 1, 1, 0);
+    expectMaps(tilted, {1, 0, 0}, {0.5f, 0.5f, 0.70710678f});
+    expectMaps(tilted, {0, 0, 1}, {-0.70710678f, 0.70710678f, 0});
+    Matrix about = kIdentity;  // a non-unit axis is normalised
     KNMVPManager::rotateMatrix(about, 180, 2, 0, 0);
-    const KNMVPManager::Vector y = apply(about, 0, 1, 0);
-    EXPECT_NEAR(y.y, -1, 1e-6);
-    EXPECT_NEAR(y.z, 0, 1e-6);
+    expectMaps(about, {0, 1, 0}, {0, -1, 0});
 }
 
-TEST(KNMVPManagerBuilders, DegenerateInputLeavesTheMatrixUnchanged) {
+TEST(KNMVPManager, DegenerateInputLeavesTheMatrixUnchanged) {
     std::mt19937 random(3);
     const Matrix before = randomMatrix(random);
     Matrix m = before;
@@ -159,138 +110,80 @@ TEST(KNMVPManagerBuilders, DegenerateInputLeavesTheMatrixUnchanged) {
 
     KNMVPManager mvp;
     mvp.setFrustum(-1, 1, -1, 1, 0, 100);
-    EXPECT_TRUE(sameBits(mvp.getPRJMatrix(), identity()));
+    LogCapture log;
+    mvp.setModelMatrix(nullptr);
+    EXPECT_EQ(log.messages().size(), 1u);
+    EXPECT_TRUE(sameBits(mvp.getPRJMatrix(), kIdentity) &&
+                sameBits(mvp.getModelMatrix(), kIdentity));
 }
 
-// ---- stored matrices ----------------------------------------------------------------------
-
-TEST(KNMVPManagerSetters, PerspectiveOfSixtyDegrees) {
+TEST(KNMVPManager, PerspectiveFrustumAndOrthoProjections) {
     KNMVPManager mvp;
     mvp.setPerspective(60, 0.5625f, 1, 100);
-    const Matrix& p = mvp.getPRJMatrix();
     const float h = 0.57735027f;  // tan 30 degrees
-    EXPECT_NEAR(p[1][1], 1 / h, 1e-5);
-    EXPECT_NEAR(p[0][0], 1 / (0.5625f * h), 1e-5);
-    EXPECT_FLOAT_EQ(p[2][0], 0);
-    EXPECT_FLOAT_EQ(p[2][2], -101.0f / 99.0f);
-    EXPECT_FLOAT_EQ(p[2][3], -1);
-    EXPECT_FLOAT_EQ(p[3][2], -200.0f / 99.0f);
-    EXPECT_FLOAT_EQ(p[3][3], 0);
-}
-
-TEST(KNMVPManagerSetters, FrustumAndOrthoOfAScreen) {
-    KNMVPManager mvp;
+    expectNear(mvp.getPRJMatrix(),
+               Matrix{{1 / (0.5625f * h), 0, 0, 0, 0, 1 / h, 0, 0, 0, 0, -101.0f / 99, -1, 0, 0,
+                       -200.0f / 99, 0}},
+               1e-5f);
     mvp.setFrustum(0, 2, 0, 4, 1, 3);
-    Matrix frustum;
-    frustum[0][0] = 1;
-    frustum[1][1] = 0.5f;
-    frustum[2][0] = 1;
-    frustum[2][1] = 1;
-    frustum[2][2] = -2;
-    frustum[2][3] = -1;
-    frustum[3][2] = -3;
-    expectMatrixNear(mvp.getPRJMatrix(), frustum, 1e-7f);
-
-    mvp.setOrtho(0, 720, 0, 1280, -1, 1);
-    const Matrix& p = mvp.getPRJMatrix();
-    EXPECT_FLOAT_EQ(p[0][0], 2.0f / 720.0f);
-    EXPECT_FLOAT_EQ(p[1][1], 2.0f / 1280.0f);
-    EXPECT_FLOAT_EQ(p[2][2], -1);
-    EXPECT_FLOAT_EQ(p[3][0], -1);
-    EXPECT_FLOAT_EQ(p[3][1], -1);
-    EXPECT_FLOAT_EQ(p[3][2], 0);
-    const KNMVPManager::Vector corner = apply(p, 720, 1280, 0);
-    EXPECT_FLOAT_EQ(corner.x, 1);
-    EXPECT_FLOAT_EQ(corner.y, 1);
+    expectNear(mvp.getPRJMatrix(), Matrix{{1, 0, 0, 0, 0, 0.5f, 0, 0, 1, 1, -2, -1, 0, 0, -3, 0}});
+    mvp.setOrtho(0, 720, 0, 1280, -1, 3);
+    expectNear(mvp.getPRJMatrix(), Matrix{{2.0f / 720, 0, 0, 0, 0, 2.0f / 1280, 0, 0, 0, 0, -0.5f,
+                                           0, -1, -1, -0.5f, 1}});
 }
 
-TEST(KNMVPManagerSetters, LookAtBuildsTheViewAndOrthonormalisesUp) {
+TEST(KNMVPManager, LookAtBuildsTheViewAndOrthonormalisesUp) {
     KNMVPManager mvp;
     mvp.setLookAt(0, 0, 1, 0, 0, 0, 0, 1, 0);
-    Matrix expected = identity();
-    expected[3][2] = -1;
-    expectMatrixNear(mvp.getViewMatrix(), expected, 0);
-
-    // An up vector that leans towards the eye comes back orthonormal.
-    mvp.setLookAt({0, 0, 5}, {0, 0, 0}, {0, 2, 1});
-    const KNMVPManager::Vector up = mvp.getCameraUp();
-    EXPECT_FLOAT_EQ(up.x, 0);
-    EXPECT_FLOAT_EQ(up.y, 1);
-    EXPECT_FLOAT_EQ(up.z, 0);
-    EXPECT_FLOAT_EQ(mvp.getCameraPosition().z, 5);
-    EXPECT_FLOAT_EQ(mvp.getCameraCentre().z, 0);
-
-    // Looking down -x from (3, 0, 0): the eye maps to the origin, the centre to (0, 0, -3).
+    expectNear(mvp.getViewMatrix(), Matrix{{1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, -1, 1}}, 0);
+    mvp.setLookAt({0, 0, 5}, {0, 0, 0}, {0, 2, 1});  // an up vector leaning towards the eye
+    EXPECT_NEAR(mvp.getCameraUp().y, 1, 1e-6);
+    EXPECT_NEAR(mvp.getCameraUp().z, 0, 1e-6);
+    EXPECT_EQ(mvp.getCameraPosition().z, 5);
+    // Looking down -x from (3, 0, 0) with up +y: right is -z.
     mvp.setLookAt(3, 0, 0, 0, 0, 0, 0, 1, 0);
-    const KNMVPManager::Vector eye = apply(mvp.getViewMatrix(), 3, 0, 0);
-    const KNMVPManager::Vector centre = apply(mvp.getViewMatrix(), 0, 0, 0);
-    EXPECT_NEAR(eye.x, 0, 1e-6);
-    EXPECT_NEAR(eye.z, 0, 1e-6);
-    EXPECT_NEAR(centre.z, -3, 1e-6);
-    EXPECT_NEAR(centre.x, 0, 1e-6);
-
-    // Setting the camera position rebuilds nothing.
-    const Matrix view = mvp.getViewMatrix();
+    expectMaps(mvp.getViewMatrix(), {0, 0, 0}, {0, 0, -3});
+    expectMaps(mvp.getViewMatrix(), {3, 0, -1}, {1, 0, 0});
+    expectMaps(mvp.getViewMatrix(), {3, 2, 0}, {0, 2, 0});
+    const Matrix view = mvp.getViewMatrix();  // setting the camera position rebuilds nothing
     mvp.setCameraPosition({9, 9, 9});
     EXPECT_TRUE(sameBits(mvp.getViewMatrix(), view));
-    EXPECT_FLOAT_EQ(mvp.getCameraPosition().y, 9);
 }
 
-TEST(KNMVPManagerSetters, ModelScalesThenRotatesThenTranslates) {
+TEST(KNMVPManager, ModelScalesThenRotatesThenTranslatesAndProductsAreProjViewModel) {
     KNMVPManager mvp;
     mvp.setTranslate(10, 0, 0);
     mvp.setRotate(90, 0, 0, 1);
     mvp.setScale(2, 1, 1);
     // (1, 0, 0) -> scaled (2, 0, 0) -> turned clockwise (0, -2, 0) -> moved (10, -2, 0).
-    const KNMVPManager::Vector p = apply(mvp.getModelMatrix(), 1, 0, 0);
-    EXPECT_NEAR(p.x, 10, 1e-5);
-    EXPECT_NEAR(p.y, -2, 1e-5);
-
-    // The products: projection · view · model.
+    expectMaps(mvp.getModelMatrix(), {1, 0, 0}, {10, -2, 0}, 1e-5f);
     mvp.setOrtho(-20, 20, -20, 20, -1, 1);
     mvp.setLookAt(0, 0, 1, 0, 0, 0, 0, 1, 0);
-    const KNMVPManager::Vector clip = apply(mvp.getMVPMatrix(), 1, 0, 0);
-    EXPECT_NEAR(clip.x, 0.5, 1e-6);
-    EXPECT_NEAR(clip.y, -0.1, 1e-6);
-    EXPECT_NEAR(clip.z, 1, 1e-6);  // one unit behind the eye maps to the far plane
-    const KNMVPManager::Vector viewed = apply(mvp.getMVMatrix(), 1, 0, 0);
-    EXPECT_NEAR(viewed.z, -1, 1e-6);
-    const KNMVPManager::Vector vp = apply(mvp.getViewProjMatrix(), 10, -2, 0);
-    EXPECT_NEAR(vp.x, 0.5, 1e-6);
-    EXPECT_NEAR(vp.y, -0.1, 1e-6);
+    // One unit behind the eye maps to the far plane.
+    expectMaps(mvp.getMVPMatrix(), {1, 0, 0}, {0.5f, -0.1f, 1});
+    expectMaps(mvp.getMVMatrix(), {1, 0, 0}, {10, -2, -1}, 1e-5f);
+    expectMaps(mvp.getViewProjMatrix(), {10, -2, 0}, {0.5f, -0.1f, 1});
+    // A camera that turns does not commute with the model: the model moves the origin to
+    // (10, 0, 0) first, seven units behind an eye at (3, 0, 0) looking at the origin.
+    mvp.setLookAt(3, 0, 0, 0, 0, 0, 0, 1, 0);
+    expectMaps(mvp.getMVMatrix(), {0, 0, 0}, {0, 0, 7}, 1e-5f);
 }
 
-TEST(KNMVPManagerSetters, ANullModelMatrixIsLoggedAndDropped) {
+TEST(KNMVPManager, InverseTransposeOfTheModel) {
     KNMVPManager mvp;
-    qam::test::LogCapture log;
-    mvp.setModelMatrix(nullptr);
-    EXPECT_EQ(log.messages().size(), 1u);
-    EXPECT_TRUE(sameBits(mvp.getModelMatrix(), identity()));
-}
-
-TEST(KNMVPManagerSetters, InverseTransposeOfTheModel) {
-    KNMVPManager mvp;
-    mvp.setScale(2, 2, 2);
-    Matrix half = identity();
-    half[0][0] = half[1][1] = half[2][2] = 0.5f;
-    EXPECT_TRUE(sameBits(mvp.getITModelMatrix(), half));
-
-    // A shear: model columns (1,0,0), (2,1,0), (0,0,1). Inverse columns (1,0,0), (-2,1,0),
-    // (0,0,1); its transpose has the -2 at [0][1].
-    Matrix shear = identity();
-    shear[1][0] = 2;
+    mvp.setScale(2, 4, 8);
+    EXPECT_TRUE(sameBits(mvp.getITModelMatrix(),
+                         Matrix{{0.5f, 0, 0, 0, 0, 0.25f, 0, 0, 0, 0, 0.125f, 0, 0, 0, 0, 1}}));
+    // Columns (1, 0, 0), (2, 1, 0), (0, 3, 1): the inverse has columns (1, 0, 0), (-2, 1, 0),
+    // (6, -3, 1); transposed, -2 at [0][1], 6 at [0][2] and -3 at [1][2].
+    const Matrix shear{{1, 0, 0, 0, 2, 1, 0, 0, 0, 3, 1, 0, 0, 0, 0, 1}};
     mvp.setModelMatrix(shear.m);
-    Matrix expected = identity();
-    expected[0][1] = -2;
-    expectMatrixNear(mvp.getITModelMatrix(), expected, 0);
-
-    // Singular: the 3 x 3 part is zero, the rest that of the identity.
-    mvp.setScale(0, 1, 1);
-    Matrix zero;
-    zero[3][3] = 1;
-    EXPECT_TRUE(sameBits(mvp.getITModelMatrix(), zero));
-    // Tiny but not singular.
-    mvp.setScale(1e-20f, 1, 1);
+    expectNear(mvp.getITModelMatrix(), Matrix{{1, -2, 6, 0, 0, 1, -3, 0, 0, 0, 1, 0, 0, 0, 0, 1}},
+               0);
+    mvp.setScale(0, 1, 1);  // singular: the 3 x 3 part is zero
+    EXPECT_TRUE(
+        sameBits(mvp.getITModelMatrix(), Matrix{{0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 1}}));
+    mvp.setScale(1e-20f, 1, 1);  // tiny but not singular
     EXPECT_FLOAT_EQ(mvp.getITModelMatrix()[0][0], 1e20f);
 }
 

@@ -3,18 +3,27 @@
 #include <GLES2/gl2.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstdint>
 #include <functional>
-#include <initializer_list>
 #include <memory>
-#include <string>
-#include <utility>
 #include <vector>
 
 #include "Kinetra/Core/KNFBO.h"
-#include "Kinetra/Core/KNShaderManager.h"
-#include "Kinetra/Core/KNVector.h"
+#include "Kinetra/Core/KNTextureManager.h"
+#include "Kinetra/Layers/KNDrawAdvectColorBrush.h"
+#include "Kinetra/Layers/KNDrawBGAdvectColorBrush.h"
+#include "Kinetra/Layers/KNDrawBGAdvectWaterBrush.h"
+#include "Kinetra/Layers/KNDrawBrilliantAdvect.h"
+#include "Kinetra/Layers/KNDrawBrilliantRadial.h"
+#include "Kinetra/Layers/KNDrawBrilliantRing.h"
+#include "Kinetra/Layers/KNDrawMixColorBrush.h"
+#include "Kinetra/Layers/KNDrawMixWaterBrush.h"
+#include "Kinetra/Layers/KNDrawRadialColorBrush.h"
+#include "Kinetra/Layers/KNDrawRadialColorBrushColor.h"
+#include "Kinetra/Layers/KNDrawRadialWaterBrush.h"
 #include "tests/support/GLTest.h"
 
 namespace qam::test {
@@ -22,121 +31,134 @@ namespace qam::test {
 // Layer shaders run at mediump, which llvmpipe evaluates in single precision; inputs and
 // targets are 8-bit, so two steps cover the rounding of a texel fetch and of the write.
 inline constexpr int kLayerTolerance = 2;
-
 // The id a layer holds for a texture nobody has handed in yet.
 inline constexpr unsigned int kUnset = 0xFFFFFFFFu;
 
-// The size of the frames left for a person to look at: a portrait phone screen.
-inline constexpr int kFrameWidth = 1080;
-inline constexpr int kFrameHeight = 1920;
-
 using Texel = std::array<uint8_t, 4>;  // r, g, b, a
+using TexelAt = std::function<Texel(int x, int y)>;
 
-constexpr uint32_t rgba(int r, int g, int b, int a) {
-    return static_cast<uint32_t>(r) << 24 | static_cast<uint32_t>(g) << 16 |
-           static_cast<uint32_t>(b) << 8 | static_cast<uint32_t>(a);
-}
+// The byte a target stores for a shader's value: 255 · v rounded, v clamped to 0..1.
+inline const auto near = [](double v) { return static_cast<int>(std::lround(v)); };
+inline const auto byteOf = [](double v) { return near(std::clamp(v, 0.0, 1.0) * 255.0); };
+inline const auto byte = [](double v) { return static_cast<uint8_t>(byteOf(v)); };
+inline const auto unit = [](int byte) { return byte / 255.0; };
+// A texel from bytes, each clamped to 0..255.
+inline const auto texel = [](int r, int g, int b, int a) {
+    return Texel{byte(unit(r)), byte(unit(g)), byte(unit(b)), byte(unit(a))};
+};
 
 // width x height RGBA bytes, row 0 first (row 0 is v = 0, the bottom of a drawn texture).
-std::vector<uint8_t> texels(int width, int height, const std::function<Texel(int x, int y)>& at);
-
-// 64 x 64 red ramp across the columns, 4 · x, opaque: linearly filtered at u it reads
-// 256 u - 2.
-std::vector<uint8_t> redRamp();
-// 128 x 128 white disc of coverage 1 within 0.4 of the centre, fading to 0 at 0.47.
-std::vector<uint8_t> disc();
-
-// A 2-D texture owned by the test, deleted with it unless forgotten.
-class LayerTexture {
-  public:
-    LayerTexture(int width, int height, const std::vector<uint8_t>& rgba,
-                 GLenum filter = GL_NEAREST);
-    // Texel by texel.
-    LayerTexture(int width, int height, const std::function<Texel(int x, int y)>& at,
-                 GLenum filter = GL_NEAREST)
-        : LayerTexture(width, height, texels(width, height, at), filter) {}
-    // One colour over a small texture.
-    explicit LayerTexture(Texel colour);
-    ~LayerTexture();
-    LayerTexture(const LayerTexture&) = delete;
-    LayerTexture& operator=(const LayerTexture&) = delete;
-
-    GLuint id() const { return mId; }
-    // The context that owned it is gone: nothing to delete any more.
-    void forget() { mId = 0; }
-
-  private:
-    GLuint mId = 0;
-};
-
-// Uploads width x height RGBA bytes through KNTextureManager under `name`, with nearest
-// filtering, for the layers' by-name setters; returns the texture's id.
-unsigned int namedTexture(const char* name, int width, int height, std::vector<uint8_t> rgba);
-// One colour over a 1 x 1 texture.
-unsigned int namedTexture(const char* name, Texel colour);
-// A 96 x 64 background registered as "bg", linearly filtered: red 60, green up the rows
-// (4 · row, read at v as 256 v - 2), blue 200.
-void registerBackground();
-
-// A KNFBO of width x height, created, bound with its viewport and cleared to `clear`.
-std::unique_ptr<Kinetra::KNFBO> boundTarget(int width, int height, Texel clear = {0, 0, 0, 0});
-
-// The framebuffer bound when made and its viewport, bound again by restore().
-class SavedTarget {
-  public:
-    SavedTarget();
-    void restore() const;
-
-  private:
-    GLint mFramebuffer = 0;
-    GLint mViewport[4] = {};
-};
-
-// 255 · v rounded, v clamped to 0..1: the byte a target stores for a shader's value.
-int byteOf(double v);
-// Byte to shader value.
-inline double unit(int byte) {
-    return byte / 255.0;
+inline std::vector<uint8_t> texels(int width, int height, const TexelAt& at) {
+    std::vector<uint8_t> rgba;
+    for (int i = 0; i < width * height; ++i) {
+        const Texel t = at(i % width, i / width);
+        rgba.insert(rgba.end(), t.begin(), t.end());
+    }
+    return rgba;
 }
 
-// Each entry's x and y, and z 0.
-void expectPoints(const std::vector<Kinetra::KNVector3D<float>>& actual,
-                  std::initializer_list<std::pair<float, float>> expected);
+inline void clearTo(Texel c) {
+    glClearColor(unit(c[0]), unit(c[1]), unit(c[2]), unit(c[3]));
+    glClear(GL_COLOR_BUFFER_BIT);
+}
 
-// The texture bound to `unit` as GL reports it.
-GLuint boundTexture(GLenum unit);
-float uniformFloat(GLuint program, const char* name);
+inline std::unique_ptr<Kinetra::KNFBO> boundTarget(int width, int height, Texel c = {0, 0, 0, 0}) {
+    auto target = std::make_unique<Kinetra::KNFBO>();
+    target->setClearColor(unit(c[0]), unit(c[1]), unit(c[2]), unit(c[3]));
+    target->createFBOSurface(width, height), target->bindFBOSurface();
+    return target;
+}
 
-// The n-th uniform slot of `shader` is the location of the n-th name.
-void expectUniformSlots(Kinetra::KNShaderManager& shader, std::initializer_list<const char*> names);
+// What a scenario draws from, `w` x `h`: textures and targets that live as long as it does.
+class Inputs {
+  public:
+    explicit Inputs(int width = 64, int height = 64) : w(width), h(height) {}
+    ~Inputs() { glDeleteTextures(static_cast<GLsizei>(mTextures.size()), mTextures.data()); }
+    Inputs(const Inputs&) = delete;
+    GLuint operator()(int width, int height, const std::vector<uint8_t>& rgba,
+                      GLenum filter = GL_NEAREST, GLenum type = GL_UNSIGNED_BYTE) {
+        GLuint id = 0;
+        glGenTextures(1, &id);
+        mTextures.push_back(id);
+        glBindTexture(GL_TEXTURE_2D, id);
+        glPixelStorei(GL_UNPACK_ALIGNMENT, 1);
+        for (GLenum p : {GL_TEXTURE_MIN_FILTER, GL_TEXTURE_MAG_FILTER}) {
+            glTexParameteri(GL_TEXTURE_2D, p, static_cast<GLint>(filter));
+        }
+        for (GLenum p : {GL_TEXTURE_WRAP_S, GL_TEXTURE_WRAP_T}) {
+            glTexParameteri(GL_TEXTURE_2D, p, GL_CLAMP_TO_EDGE);
+        }
+        glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA, width, height, 0, GL_RGBA, type, rgba.data());
+        return id;
+    }
+    GLuint operator()(int width, int height, const TexelAt& at, GLenum filter = GL_NEAREST) {
+        return (*this)(width, height, texels(width, height, at), filter);
+    }
+    // One colour over a small texture.
+    GLuint operator()(Texel c) {
+        return (*this)(4, 4, [=](int, int) { return c; });
+    }
+    // One value over a float texture sampled nearest: 0.5 survives exactly.
+    GLuint floats(std::array<float, 4> v) {
+        const auto* bytes = reinterpret_cast<const uint8_t*>(v.data());
+        return (*this)(1, 1, {bytes, bytes + sizeof v}, GL_NEAREST, GL_FLOAT);
+    }
+    // A target of its own, bound with its viewport and cleared to `clear`.
+    Kinetra::KNFBO& target(int width, int height, Texel clear = {0, 0, 0, 0}) {
+        return *mTargets.emplace_back(boundTarget(width, height, clear));
+    }
 
-struct Sampler {
-    const char* name;
-    GLuint texture;
+    const int w, h;
+
+  private:
+    std::vector<GLuint> mTextures;
+    std::vector<std::unique_ptr<Kinetra::KNFBO>> mTargets;
 };
-// The n-th sampler reads unit n, which holds its texture.
-void expectSamplers(GLuint program, std::initializer_list<Sampler> samplers);
 
-// Runs the calls in turn; each logs exactly one error line.
-void expectOneLogLineEach(std::initializer_list<std::function<void()>> calls);
+// Centres a brush's w x h quad on (x, y).
+template <typename Brush>
+void place(Brush& brush, float w, float h, float x, float y) {
+    brush.setRectAlign(1), brush.setSize(w, h), brush.setPosition(x, y, 0);
+}
 
-// Writes the bound framebuffer's width x height pixels to <frames>/<className>.png, then
-// checks that the file reads back as the framebuffer's pixels.
-::testing::AssertionResult leaveLayerFrame(const std::string& className, int width, int height);
+// Uploads RGBA bytes through KNTextureManager under `name`, filtered nearest or linearly.
+inline unsigned int namedTexture(const char* name, int width, int height, std::vector<uint8_t> rgba,
+                                 bool linear = false) {
+    Kinetra::KNTextureManager* textures = Kinetra::KNTextureManager::getInstancePtr();
+    textures->setTextureMagFilterOption(linear ? GL_LINEAR : GL_NEAREST);
+    return textures->setTexture(name, rgba.data(), width, height);
+}
+inline unsigned int namedTexture(const char* name, Texel c) {
+    return namedTexture(name, 1, 1, {c.begin(), c.end()});
+}
+
+// One pixel of the bound framebuffer worked out by hand: r, g, b, a, -1 for "any".
+struct Probe {
+    int x, y;
+    std::array<int, 4> rgba;
+    int tolerance = kLayerTolerance;
+};
+inline void expectProbes(const std::vector<Probe>& probes) {
+    for (const Probe& p : probes) {
+        uint8_t b[4] = {};
+        glReadPixels(p.x, p.y, 1, 1, GL_RGBA, GL_UNSIGNED_BYTE, b);
+        for (int c = 0; c < 4; ++c) {
+            if (p.rgba[c] >= 0) {
+                EXPECT_NEAR(b[c], p.rgba[c], p.tolerance)
+                    << "rgba"[c] << " at (" << p.x << ", " << p.y << ")";
+            }
+        }
+    }
+}
 
 // A GL test that starts and ends with no texture manager left over from another test.
 class LayerTest : public GLTest {
   protected:
-    void SetUp() override;
-    void TearDown() override;
-};
-
-// A LayerTest that draws into a target of its own, of the fixture's size, cleared to
-// transparent black.
-class TargetLayerTest : public LayerTest {
-  protected:
-    void SetUp() override;
-    std::unique_ptr<Kinetra::KNFBO> mTarget;
+    void SetUp() override {
+        GLTest::SetUp();
+        Kinetra::KNTextureManager::ReleaseInstance();
+    }
+    void TearDown() override { Kinetra::KNTextureManager::ReleaseInstance(); }
 };
 
 }  // namespace qam::test

@@ -1,10 +1,10 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
-#include <cstdint>
+#include <chrono>
 #include <memory>
-#include <string>
-#include <vector>
+#include <thread>
 
 #include "examples/common/Png.h"
 #include "examples/preview/Session.h"
@@ -19,65 +19,144 @@ struct Frame {
     int height = 0;
     std::vector<uint8_t> rgba;
 
-    std::array<int, 4> at(int x, int y) const;
+    std::array<int, 4> at(int x, int y) const {
+        const uint8_t* p = &rgba[(static_cast<size_t>(y) * width + x) * 4];
+        return {p[0], p[1], p[2], p[3]};
+    }
 };
 
-// Background pictures of the test screen's size, every pixel a little different: light paper
-// that every pigment stands out from, and a dark dusk that light stands out from.
-enum class Backdrop { kPaper, kDusk };
-
-// A sample effect library hosted as the Java side hosts it (through vi::Host), on the shared
-// headless context at a small portrait size, with a background picture of the screen's size
-// (so that it is drawn texel for pixel). Positions are in GL pixels: (0, 0) bottom left.
+// A sample effect library hosted as the Java side hosts it, on a 144 x 256 portrait screen
+// over a background of the screen's size, every pixel a little different: light paper that
+// pigment stands out from, or (`dusk`) a dark sky that light stands out from. Positions are GL
+// pixels, (0, 0) bottom left. The library logs nothing meanwhile.
 class SampleEffectTest : public GLTest {
   protected:
-    static constexpr int kScreenWidth = 144;
-    static constexpr int kScreenHeight = 256;
-    // Frames a test may draw while waiting for an animation of at most a second or two to end.
-    static constexpr int kFrameLimit = 400;
+    static constexpr int kScreenWidth = 144, kScreenHeight = 256;
+    static constexpr int kCx = 72, kCy = 128;  // the middle
+    static constexpr int kSame = 2;            // rounding differs from the background by less
 
-    SampleEffectTest(std::string library, Backdrop backdrop)
-        : mLibrary(std::move(library)), mBackdrop(backdrop) {}
-    void SetUp() override;
-    void TearDown() override;
+    SampleEffectTest(std::string library, bool dusk) : mLibrary(std::move(library)) {
+        for (int y = 0; y < kScreenHeight; ++y) {
+            for (int x = 0; x < kScreenWidth; ++x) {
+                mBackground.push_back({(dusk ? 30 : 216) + 24 * x / kScreenWidth,
+                                       (dusk ? 36 : 208) + 24 * y / kScreenHeight,
+                                       (dusk ? 70 : 192) + 24 * (x + y) / 400, 255});
+            }
+        }
+    }
+    void SetUp() override {
+        GLTest::SetUp();
+        gl().resize(kScreenWidth, kScreenHeight);
+        glViewport(0, 0, kScreenWidth, kScreenHeight);
+        mLog = std::make_unique<LogCapture>();
+        mSession = std::make_unique<preview::Session>();
+        std::string error;
+        ASSERT_TRUE(mSession->loadEffect(mLibrary, error)) << error;
+        ASSERT_EQ(mSession->resourceNames(), std::vector<std::string>{"bg"});
+        mSession->init(kScreenWidth, kScreenHeight);
+        Image image{kScreenWidth, kScreenHeight, {}};  // top row first, as handed over
+        for (int i = kScreenWidth * kScreenHeight - kScreenWidth; i >= 0; i -= kScreenWidth) {
+            for (auto pixel = mBackground.begin() + i;
+                 pixel != mBackground.begin() + i + kScreenWidth; ++pixel) {
+                image.rgba.insert(image.rgba.end(), pixel->begin(), pixel->end());
+            }
+        }
+        mSession->loadTexture("bg", image);
+    }
+    void TearDown() override {
+        mSession.reset();
+        const std::vector<std::string> lines = mLog->messages();
+        EXPECT_TRUE(lines.empty()) << lines.size() << " log lines, the first: " << lines[0];
+    }
 
-    // One frame; true when the effect wants another.
-    bool step();
-    // Draws `count` frames, returns the last one.
-    Frame frames(int count);
-    // Draws until the effect wants no more frames (at most kFrameLimit, a failure), and
-    // returns every frame drawn, the last one included. Sleeps `pause` milliseconds between
-    // frames, so that the effect's clock moves on.
-    std::vector<Frame> runOut(int pause = 10);
-    Frame screen() const;
-    // A new surface size: the context's and the effect's, through init as on a rotation.
-    void resize(int width, int height);
+    // Draws `count` frames; the last one.
+    Frame frames(int count) {
+        for (int i = 0; i < count; ++i) {
+            mSession->draw();
+        }
+        return {kScreenWidth, kScreenHeight, gl().readPixels(0, 0, kScreenWidth, kScreenHeight)};
+    }
+    // Every frame until the effect wants no more (at most 400), `pause` ms apart.
+    std::vector<Frame> runOut(int pause = 10) {
+        std::vector<Frame> drawn;
+        for (bool more = true; more && drawn.size() < 400; drawn.push_back(frames(0))) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(pause));
+            more = mSession->draw();
+        }
+        EXPECT_LT(drawn.size(), 400u) << "the effect still wants frames";
+        return drawn;
+    }
+    // Java's actions: 0 down, 1 up, 2 move.
+    void touch(int x, int y, int action) { mSession->touch(x, kScreenHeight - y, action); }
+    // A finger held in the middle long enough for any effect to answer it fully.
+    Frame press() {
+        touch(kCx, kCy, 0);
+        for (int i = 0; i < 30; ++i) {
+            frames(1);
+            std::this_thread::sleep_for(std::chrono::milliseconds(10));
+        }
+        return frames(1);
+    }
 
-    void touchDown(int x, int y) { touch(x, y, 0); }
-    void touchMove(int x, int y) { touch(x, y, 2); }
-    void touchUp(int x, int y) { touch(x, y, 1); }
-    void unlock() { mSession->showUnlock(); }
-    void clear() { mSession->clear(); }
-
-    // The background's colour at a pixel.
-    std::array<int, 4> background(int x, int y) const;
-    // The largest channel difference between a frame's pixel and the background there.
-    int offBackground(const Frame& frame, int x, int y) const;
+    // How much a frame's pixel differs from the background there: the largest channel
+    // difference, or the brightness gained over its three colours.
+    int offBackground(const Frame& frame, int x, int y, bool gain = false) const {
+        const std::array<int, 4> seen = frame.at(x, y), base = mBackground[y * kScreenWidth + x];
+        int largest = 0, gained = 0;
+        for (int c = 0; c < 4; ++c) {
+            largest = std::max(largest, std::abs(seen[c] - base[c]));
+            gained += c < 3 ? seen[c] - base[c] : 0;
+        }
+        return gain ? gained : largest;
+    }
+    int gain(const Frame& frame, int x, int y) const { return offBackground(frame, x, y, true); }
     // Pixels that differ from the background by more than `threshold` in some channel.
-    int paintedPixels(const Frame& frame, int threshold = 24) const;
-    // No log lines of the library so far.
-    ::testing::AssertionResult quietLog();
+    int paintedPixels(const Frame& frame, int threshold = 24) const {
+        int count = 0;
+        for (int i = 0; i < frame.width * frame.height; ++i) {
+            count += offBackground(frame, i % frame.width, i / frame.width) > threshold;
+        }
+        return count;
+    }
+    // How far straight up from the middle the brightest pixel (gaining over `threshold`) is:
+    // where a ring or a wave front is; -1 for none.
+    int brightestRadius(const Frame& frame, int threshold) const {
+        int radius = -1;
+        for (int d = 0; kCy + d < frame.height; ++d) {
+            if (gain(frame, kCx, kCy + d) > threshold) {
+                threshold = gain(frame, kCx, kCy + d);
+                radius = d;
+            }
+        }
+        return radius;
+    }
+    // How far a front moving out over `run` gets; it may step back by `slack` at most.
+    int outwardFront(const std::vector<Frame>& run, int threshold, int slack) const {
+        int previous = 0, largest = 0;
+        for (const Frame& frame : run) {
+            const int radius = brightestRadius(frame, threshold);
+            if (radius >= 0) {  // not faded nor off the screen
+                EXPECT_GE(radius, previous - slack);
+                largest = std::max(largest, previous = radius);
+            }
+        }
+        return largest;
+    }
+    // Every pixel of an 8-pixel grid is transparent (colours premultiplied: black).
+    static bool transparent(const Frame& frame) {
+        for (int i = 0; i < frame.width * frame.height; i += 8) {
+            if (frame.at(i % frame.width, i / frame.width) != std::array<int, 4>{0, 0, 0, 0}) {
+                return false;
+            }
+        }
+        return true;
+    }
 
     std::unique_ptr<preview::Session> mSession;
-    Image mBackground;  // top row first, as handed over
 
   private:
-    void touch(int x, int y, int action);
-
     std::string mLibrary;
-    Backdrop mBackdrop;
-    int mWidth = kScreenWidth;
-    int mHeight = kScreenHeight;
+    std::vector<std::array<int, 4>> mBackground;  // bottom row first, as GL reads back
     std::unique_ptr<LogCapture> mLog;
 };
 

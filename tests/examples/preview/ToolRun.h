@@ -1,5 +1,10 @@
 #pragma once
 
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -7,33 +12,44 @@
 
 namespace qam::test {
 
-// What a finished program left behind.
+inline std::string readFile(const std::string& path) {
+    std::ostringstream text;
+    text << std::ifstream(path, std::ios::binary).rdbuf();
+    return text.str();
+}
+
+inline void writeFile(const std::string& path, const std::string& text) {
+    std::ofstream(path, std::ios::binary) << text;
+}
+
+// A folder below the build's test work folder named after the running test, emptied.
+inline std::string freshFolder() {
+    const testing::TestInfo* test = testing::UnitTest::GetInstance()->current_test_info();
+    const std::string folder =
+        std::string(TEST_WORK_DIR) + "/" + test->test_suite_name() + "." + test->name();
+    std::filesystem::remove_all(folder);
+    std::filesystem::create_directories(folder);
+    return folder;
+}
+
 struct ToolResult {
-    int status = -1;  // exit status, or -1 when it didn't exit normally
+    int status = -1;  // the exit status, -1 when it didn't exit
     std::string out;
     std::string err;
 };
 
-// Runs `argv` (argv[0] a path) with stdout and stderr captured, and waits for it.
-ToolResult runTool(const std::vector<std::string>& argv);
+// Runs `argv` (argv[0] a path, no argument holding a single quote) and waits for it; its
+// output goes to files in `folder`.
+ToolResult runTool(const std::vector<std::string>& argv, const std::string& folder);
 
-// A fresh empty folder below the build's test work folder, named after the running test.
-std::string freshFolder();
+// The pixel at (x, y) from the top left of `image` is `rgba` (0xRRGGBBAA), within `tolerance`
+// in every channel.
+bool pixelIs(const Image& image, int x, int y, uint32_t rgba, int tolerance = 1);
 
-void writeFile(const std::string& path, const std::string& text);
-std::string readFile(const std::string& path);
-bool fileExists(const std::string& path);
-
-// The pixel at (x, y) from the top left of `image` as 0xRRGGBBAA.
-uint32_t pixelAt(const Image& image, int x, int y);
-
-// Frames, size and the first pixel of the first frame of a GIF file, as giflib decodes it.
+// A GIF file as giflib decodes it; all 0 when it can't.
 struct GifSummary {
-    bool readable = false;
-    int width = 0;
-    int height = 0;
-    int frames = 0;
-    uint32_t firstPixel = 0;  // 0xRRGGBB
+    int width = 0, height = 0, frames = 0;
+    uint32_t firstPixel = 0;  // 0xRRGGBB, of the first frame
 };
 GifSummary readGif(const std::string& path);
 

@@ -1,0 +1,242 @@
+#include <EGL/egl.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <thread>
+
+#include "Common/Effect/Timer.h"
+#include "Common/Renderer/Base/ModelObject.h"
+#include "Common/Renderer/Base/Texture.h"
+#include "tests/Common/Native/HostFixture.h"
+
+namespace {
+
+using namespace qam::test;
+using vi::Host;
+
+using HostLifecycleTest = HostTest;
+
+TEST_F(HostLifecycleTest,
+       LoadEffectReturnsResourceNamesAndInitPicksTheOrientationAndReportsALostContext) {
+    Calls names;
+    ASSERT_TRUE(load(RECORDING_EFFECT_PATH, &names));
+    EXPECT_EQ(names, (Calls{"bg", "noise", "mask"}));
+    Host::init(mSlot, 40, 80, false);
+    EXPECT_EQ(effect()->mAspectScale, glm::vec2(1.0f, 2.0f));
+    Host::init(mSlot, 80, 40, false);
+    EXPECT_EQ(effect()->mAspectScale, glm::vec2(2.0f, 1.0f));
+    loseContext();  // init reports it
+    Host::init(mSlot, 80, 40, false);
+    EXPECT_EQ(effect()->mEglContext, eglGetCurrentContext());
+    EXPECT_EQ(takeCalls(),
+              (Calls{"create", "initPortrait", "initLandscape", "onContextLost", "initLandscape"}));
+}
+
+TEST_F(HostLifecycleTest, ASecondLoadReplacesTheEffectAndFailedLoadsKeepTheOldOne) {
+    start();
+    ASSERT_TRUE(load());
+    EXPECT_EQ(takeCalls(), (Calls{"create", "initLandscape", "destroy", "create"}));
+    EXPECT_EQ(recordingEffectCount(), 1);
+    vi::Effect* old = effect();
+    EXPECT_FALSE(load(HOST_LIBRARY_PATH));  // no createScene
+    EXPECT_EQ(effect(), old);
+
+    // A createScene that makes no effect leaves none, and the pending events wait.
+    LogCapture log;
+    EXPECT_FALSE(load(NULL_EFFECT_PATH));
+    EXPECT_EQ(effect(), nullptr);
+    EXPECT_EQ(recordingEffectCount(), 0);
+    EXPECT_EQ(log.messages().size(), 1u);
+    Host::clear(mSlot);
+    start();
+    Host::draw(mSlot);
+    EXPECT_EQ(calls(), (Calls{"destroy", "create", "initLandscape", "onTouchUp 0 0",
+                              "onSecondTouchUp 0 0", "onThirdTouchUp 0 0", "onClear", "draw"}));
+}
+
+// An effect made without an animation manager still draws.
+class BareEffect : public vi::Effect {
+  public:
+    BareEffect() : Effect(nullptr) { makeCurrent(); }
+    void initPortrait() override {}
+    void initLandscape() override {}
+    bool draw() override { return true; }
+};
+
+TEST_F(HostLifecycleTest, DrawWantsMoreFramesWhileAnAnimationRuns) {
+    start();
+    EXPECT_FALSE(Host::draw(mSlot));
+    const int key = 100;
+    const float minute = 60.0f;
+    Host::setParameters(mSlot, &key, &minute, 1);
+    EXPECT_TRUE(Host::draw(mSlot));
+    EXPECT_TRUE(Host::draw(mSlot));
+    Host::destroy(mSlot);
+    mSlot.set(new BareEffect());
+    Host::init(mSlot, kWidth, kHeight, false);
+    EXPECT_TRUE(Host::draw(mSlot));
+}
+
+TEST_F(HostLifecycleTest, PauseFreezesTheClockUntilResume) {
+    start();
+    Host::pauseAnimation();
+    Host::draw(mSlot);
+    const float frozen = vi::IAnimationManager::mNow;
+    Host::pauseAnimation();  // a second pause keeps the first time
+    Host::draw(mSlot);
+    EXPECT_EQ(vi::IAnimationManager::mNow, frozen);
+    Host::resumeAnimation();
+    EXPECT_FALSE(vi::Timer::mIsPaused);
+}
+
+// An initialised recording effect that has drawn its first frame.
+class RunningHostTest : public HostTest {
+  protected:
+    void SetUp() override {
+        HostTest::SetUp();
+        start();
+        Host::draw(mSlot);
+        takeCalls();
+    }
+    // Forgets every texture loaded for the fixture's context, so tests start clean.
+    void TearDown() override {
+        for (const auto& [name, loaded] : *effect()->mTextures) {
+            delete loaded;
+        }
+        effect()->mTextures->clear();
+        HostTest::TearDown();
+    }
+    // Delivers what is queued; the calls it made, without the frame's own "draw".
+    Calls deliver() {
+        Host::draw(mSlot);
+        Calls all = takeCalls();
+        all.pop_back();
+        return all;
+    }
+    vi::Texture* texture(const char* name) { return effect()->mTextures->at(name); }
+};
+
+TEST_F(RunningHostTest, TouchesAreNormalisedFromTheBottomLeftAndEachActionReachesItsPointer) {
+    Host::onTouch(mSlot, 0, kHeight, 0);
+    Host::onTouch(mSlot, kWidth, 0, 2);
+    Host::onTouch(mSlot, 16, 48, 1);
+    for (int action = 3; action < 9; ++action) {
+        Host::onTouch(mSlot, 32, 32, action);
+    }
+    Host::onTouch(mSlot, 1, 1, 9);  // unknown actions queue nothing
+    Host::onTouch(mSlot, 1, 1, -1);
+    EXPECT_EQ(deliver(), (Calls{"onTouchDown 0 0", "onTouchMove 1 1", "onTouchUp 0.25 0.25",
+                                "onSecondTouchDown 0.5 0.5", "onSecondTouchUp 0.5 0.5",
+                                "onSecondTouchMove 0.5 0.5", "onThirdTouchDown 0.5 0.5",
+                                "onThirdTouchUp 0.5 0.5", "onThirdTouchMove 0.5 0.5"}));
+}
+
+TEST_F(RunningHostTest, MovesFollowOnlyAPressedPointerAndClearReleasesEveryPointer) {
+    Host::onTouch(mSlot, 16, 48, 0);  // down at (0.25, 0.25)
+    Host::onTouch(mSlot, 32, 32, 2);  // move while pressed
+    Host::onTouch(mSlot, 48, 16, 3);  // second pointer down at (0.75, 0.75)
+    deliver();
+    EXPECT_EQ(effect()->mTouchStart, glm::vec2(0.25f, 0.25f));
+    EXPECT_EQ(effect()->mTouchCurrent, glm::vec2(0.5f, 0.5f));
+    EXPECT_TRUE(effect()->mIsTouched && effect()->mIsSecondTouched);
+    Host::onTouch(mSlot, 48, 16, 1);      // up at (0.75, 0.75)
+    Host::onTouch(mSlot, 0, 64, 2);       // move while released: hook only
+    Host::clear(mSlot);                   // releases every pointer at its last position
+    Host::showAffordance(mSlot, 32, 16);  // clears first
+    Host::showUnlock(mSlot);
+    EXPECT_EQ(deliver(),
+              (Calls{"onTouchUp 0.75 0.75", "onTouchMove 0 0", "onTouchUp 0.75 0.75",
+                     "onSecondTouchUp 0.75 0.75", "onThirdTouchUp 0 0", "onClear",
+                     "onTouchUp 0.75 0.75", "onSecondTouchUp 0.75 0.75", "onThirdTouchUp 0 0",
+                     "onClear", "onShowAffordance 0.5 0.75", "onShowUnlock"}));
+    EXPECT_EQ(effect()->mTouchCurrent, glm::vec2(0.75f, 0.75f));
+    EXPECT_FALSE(effect()->mIsTouched || effect()->mIsSecondTouched);
+}
+
+TEST_F(RunningHostTest, ReloadingANameSwapsPixelsInTheSameTextureAndNullRemovesIt) {
+    Host::destroy(mSlot);
+    ASSERT_TRUE(load());
+    int32_t first[4] = {0, 0, 0, 0};
+    Host::loadTexture(mSlot, "noise", first, 4, 2, 2);
+    vi::Texture* loaded = texture("noise");
+    int32_t second[1] = {0x7F00FF00};
+    Host::loadTexture(mSlot, "noise", second, 1, 1, 1);  // not ready: no hook
+    EXPECT_EQ(texture("noise"), loaded);
+    EXPECT_EQ(loaded->mTexelSize, glm::vec2(1.0f, 1.0f));
+    Host::init(mSlot, kWidth, kHeight, false);
+    Host::loadTexture(mSlot, "noise", first, 4, 2, 2);
+    EXPECT_EQ(takeCalls(), (Calls{"destroy", "create", "initLandscape", "onTextureChanged"}));
+
+    Host::loadTexture(mSlot, "noise", nullptr, 0, 0, 0);  // removed: the name stays, empty
+    EXPECT_EQ(effect()->mTextures->count("noise"), 1u);
+    EXPECT_EQ(texture("noise"), nullptr);
+    const auto& list = effect()->mTextureList;
+    EXPECT_EQ(std::find(list.begin(), list.end(), loaded), list.end());
+}
+
+TEST_F(RunningHostTest, BackgroundOnlyDrawsTheBgTextureOrWarnsEachTime) {
+    LogCapture log;
+    Host::drawBgOnly(mSlot, kWidth, kHeight);
+    Host::drawBgOnly(mSlot, kWidth, kHeight);
+    EXPECT_EQ(log.count("NATIVE WARNING: Texture 'bg' not found"), 2);  // not cached
+    EXPECT_EQ(effect()->mBackgroundTexture, nullptr);
+
+    // 8 x 8, rows top first as Java hands them over: red, green / blue, white quadrants.
+    const uint32_t colours[4] = {0xFFFF0000u, 0xFF00FF00u, 0xFF0000FFu, 0xFFFFFFFFu};
+    int32_t quadrants[64];
+    for (int i = 0; i < 64; ++i) {
+        quadrants[i] = static_cast<int32_t>(colours[i / 32 * 2 + i % 8 / 4]);
+    }
+    Host::loadTexture(mSlot, "bg", quadrants, 64, 8, 8);
+    Host::drawBgOnly(mSlot, kWidth, kHeight);
+    EXPECT_EQ(pixel(8, 56), 0xFF0000FFu);
+    EXPECT_EQ(pixel(56, 56), 0x00FF00FFu);
+    EXPECT_EQ(pixel(8, 8), 0x0000FFFFu);
+    EXPECT_EQ(pixel(56, 8), 0xFFFFFFFFu);
+    EXPECT_EQ(effect()->mBackgroundTexture, texture("bg"));
+}
+
+TEST_F(RunningHostTest, ModelsAreParsedIntoTheEffectsMapAndRemovedByName) {
+    const unsigned char model[44] = {1};  // one vertex, no indices: 8 + 36 bytes
+    Host::loadModel(mSlot, "cube", model, sizeof model);
+    ASSERT_NE(effect()->mModels["cube"], nullptr);
+    EXPECT_EQ(effect()->mModels["cube"]->getLength(), 44u);
+    Host::loadModel(mSlot, "cube", nullptr, 0);
+    EXPECT_EQ(effect()->mModels.at("cube"), nullptr);
+    Host::loadModel(mSlot, "cube", model, sizeof model);
+    Host::loadModel(mSlot, "cube", model, sizeof model);  // replaces without a double free
+    delete effect()->mModels["cube"];
+}
+
+using HostThreadsTest = HostTest;
+
+// Java's input thread queues touches and pauses the clock while the GL thread draws.
+TEST_F(HostThreadsTest, TouchesFromAnotherThreadArriveOnceAndInOrder) {
+    start();
+    constexpr int kTouches = 2000;
+    std::thread input([this] {
+        for (int i = 0; i < kTouches; ++i) {
+            Host::onTouch(mSlot, i, kHeight, 2);
+            if (i % 100 == 0) {
+                Host::pauseAnimation();
+                Host::resumeAnimation();
+            }
+        }
+    });
+    for (int frame = 0; frame < 3000; ++frame) {
+        Host::draw(mSlot);
+    }
+    input.join();
+    Host::draw(mSlot);
+    int next = 0;
+    for (const std::string& call : calls()) {
+        float x = 0.0f;
+        if (sscanf(call.c_str(), "onTouchMove %f", &x) == 1) {
+            ASSERT_NEAR(x, static_cast<float>(next) / kWidth, 1e-5f * (1 + next)) << next;
+            ++next;
+        }
+    }
+    EXPECT_EQ(next, kTouches);
+}
+
+}  // namespace

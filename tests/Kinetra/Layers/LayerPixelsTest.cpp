@@ -1,0 +1,1026 @@
+// Every layer as a table of scenarios: inputs, parameters and the pixels worked out by hand.
+
+#include <filesystem>
+#include <optional>
+#include <set>
+#include <string>
+
+#include "examples/common/Png.h"
+#include "tests/Kinetra/Layers/LayerTestSupport.h"
+#include "tests/support/GLCallCounter.h"
+#include "tests/support/LogCapture.h"
+
+namespace {
+
+using namespace qam::test;
+using namespace Kinetra;
+
+// A portrait phone screen, the size of the frames left for a person to look at.
+constexpr int kFrameW = 1080, kFrameH = 1920;
+using Img = std::function<GLuint(Inputs&)>;
+using Pixel = std::array<int, 4>;
+const Texel kBlack{0, 0, 0, 255}, kWhite{255, 255, 255, 255}, kNone{0, 0, 0, 0};
+
+// Red of the 64-texel ramp (4 · x, opaque) filtered linearly at u, in bytes; u at column x.
+const auto ramp = [](double u) { return 256 * u - 2; };
+const auto u64 = [](int x) { return (x + 0.5) / 64; };
+const auto colour = [](Texel t) { return Img([=](Inputs& in) { return in(t); }); };
+const auto given = [](GLuint id) { return Img([=](Inputs&) { return id; }); };
+const TexelAt redX = [](int x, int) { return texel(4 * x, 0, 0, 255); };
+const auto redRamp = [](Inputs& in) { return in(64, 64, redX, GL_LINEAR); };
+// 4 · x across, 4 · y up, blue falling across.
+const TexelAt gradient = [](int x, int y) { return texel(4 * x, 4 * y, 252 - 4 * x, 255); };
+
+GLint glInt(GLenum name) {
+    GLint value = 0;
+    glGetIntegerv(name, &value);
+    return value;
+}
+// The n-th sampler reads unit n, which holds the n-th texture.
+void expectSamplers(GLuint program, std::vector<const char*> names, std::vector<GLuint> textures) {
+    for (size_t unit = 0; unit < names.size(); ++unit) {
+        GLint value = -1;
+        glGetUniformiv(program, glGetUniformLocation(program, names[unit]), &value);
+        glActiveTexture(GL_TEXTURE0 + unit);
+        EXPECT_EQ(value, static_cast<GLint>(unit)) << names[unit];
+        EXPECT_EQ(static_cast<GLuint>(glInt(GL_TEXTURE_BINDING_2D)), textures[unit]) << names[unit];
+    }
+    glActiveTexture(GL_TEXTURE0);
+}
+float uniformFloat(GLuint program, const char* name) {
+    float value = 0;
+    glGetUniformfv(program, glGetUniformLocation(program, name), &value);
+    return value;
+}
+
+// One layer set up from its inputs, drawn into a target of its size, its probes read back.
+struct Target {
+    int width = 64, height = 64;
+    Texel clear = kNone;
+};
+// Setups that check more than pixels draw first themselves.
+template <typename L>
+struct Scenario {
+    using Setup = std::function<void(L&, Inputs&)>;
+    Scenario(const char* n, std::vector<Probe> p, Target t, Setup s)
+        : name(n), probes(std::move(p)), target(t), setup(std::move(s)) {}
+    Scenario(const char* n, std::vector<Probe> p, Setup s) : Scenario(n, std::move(p), {}, s) {}
+    void draw(L& layer, Inputs& in) const {
+        setup(layer, in);
+        layer.draw();
+    }
+    const char* name;
+    std::vector<Probe> probes;
+    Target target;
+    Setup setup;
+};
+template <typename L>
+Scenario<L> full(const char* name, Texel clear, std::vector<Probe> probes,
+                 typename Scenario<L>::Setup f) {
+    return {name, std::move(probes), {kFrameW, kFrameH, clear}, std::move(f)};
+}
+template <typename L>
+void run(const Scenario<L>& s) {
+    SCOPED_TRACE(s.name);
+    Inputs in(s.target.width, s.target.height);
+    in.target(s.target.width, s.target.height, s.target.clear);
+    L layer;
+    s.draw(layer, in);
+    expectProbes(s.probes);
+    if (s.target.width == kFrameW) {
+        std::filesystem::create_directories(LAYER_FRAMES_DIR);
+        const std::string path = std::string(LAYER_FRAMES_DIR) + "/" + s.name + ".png";
+        EXPECT_TRUE(qam::writePng(path, qam::readFramebuffer(kFrameW, kFrameH))) << path;
+    }
+}
+
+// What the brushes' frames draw from, 64 x 64: a picture, the gradient, a field turning about
+// the middle within 24 texels of it, alpha 1 within 16 texels of the middle, 0 from 32.
+struct Stock {
+    GLuint checks, gradient, swirl, blob;
+};
+Stock stock(Inputs& in) {
+    const Texel dark{30, 30, 60, 255}, light{230, 200, 90, 255};
+    auto swirl = [](int x, int y) {
+        const int dx = x - 32, dy = y - 32;
+        return texel(128 - 4 * dy, 128 + 4 * dx, 255, dx * dx + dy * dy < 24 * 24 ? 255 : 0);
+    };
+    auto blob = [](int x, int y) {
+        return texel(0, 0, 0, near(255 * (2 - std::hypot(x - 32.0, y - 32.0) / 16)));
+    };
+    return {in(64, 64, [=](int x, int y) { return (x / 8 + y / 8) % 2 ? light : dark; }),
+            in(64, 64, gradient, GL_LINEAR), in(64, 64, swirl, GL_LINEAR),
+            in(64, 64, blob, GL_LINEAR)};
+}
+
+// A 96 x 64 background "bg", linearly filtered: red 60, green 4 · row, blue 200; the colour
+// it shows near the bottom of a full-size frame, which crops its sides, read bottom-up (the
+// advect brush) or top-down (the mix brush).
+void background() {
+    namedTexture("bg", 96, 64,
+                 texels(96, 64, [](int, int y) { return texel(60, 4 * y, 200, 255); }), true);
+}
+Probe backgroundLow(bool topDown) {
+    return {5, 100, {60, near(256 * (topDown ? 1 - 100.5 / 1920 : 100.5 / 1920) - 2), 200, 255}};
+}
+
+// A screen-wide square quad centred on the screen, masked by a disc of coverage 1 within 0.4
+// of its centre, fading to 0 at 0.47.
+template <typename Brush>
+void centreDisc(Brush& brush, int w, int h) {
+    namedTexture("disc", 128, 128, texels(128, 128, [](int x, int y) {
+                     const double r = std::hypot(x + 0.5 - 64, y + 0.5 - 64) / 128;
+                     return Texel{255, 255, 255, byte((0.47 - r) / 0.07)};
+                 }));
+    brush.initialize(w, h), place(brush, w, w, w / 2, h / 2), brush.setMaskTexture("disc");
+}
+
+// A ring of radius 0.4 screen widths about the centre, on a texture of the screen's aspect;
+// a pattern of scattered sparkles.
+GLuint ringShape(Inputs& in) {
+    auto ring = [](int x, int y) {
+        const double d = std::hypot(x + 0.5 - 54, y + 0.5 - 96) / 108;
+        return Texel{byte(std::exp(-std::pow((d - 0.4) / 0.06, 2))), 0, 0, 255};
+    };
+    return in(108, 192, ring, GL_LINEAR);
+}
+// The disc of outward directions brilliant radial draws over the ring shape.
+void directions(KNDrawBrilliantRadial& radial, Inputs& in, GLuint shape) {
+    const TexelAt sparkles = [](int x, int y) {
+        return Texel{0, 0, 0, byte((x * 73856093u ^ y * 19349663u) % 7 == 0 ? 1 : 0.235)};
+    };
+    radial.initialize(in.w, in.h), radial.setSize(in.w * 25 / 27, in.w * 25 / 27);
+    radial.setPosition(in.w / 2, in.h / 2, 0), radial.setAlphaShapeTextureID(shape);
+    radial.setPatternTextureID(in(64, 64, sparkles, GL_LINEAR));
+}
+// The brilliant chain as an effect runs it: the directions in a target that reads "no
+// direction" around them, then their streaks as grey in an opaque black target, left bound
+// (its alpha kept); returns that target's texture.
+GLuint streaks(KNDrawBrilliantAdvect& advect, Inputs& in, GLuint shape) {
+    const GLuint field = in.target(in.w, in.h, {128, 128, 0, 255}).getFBOTexture();
+    KNDrawBrilliantRadial radial;
+    directions(radial, in, shape), radial.draw();
+    const GLuint bound = in.target(in.w, in.h, kBlack).getFBOTexture();
+    advect.initialize(in.w, in.h), advect.setBlendOption(GL_ONE, GL_ZERO, GL_ZERO, GL_ONE);
+    advect.setRadialTextureID(field);
+    return bound;
+}
+
+template <typename Brush>
+using Tune = std::function<void(Brush&)>;
+using Fades = std::vector<std::pair<float, double>>;  // uAlpha, the coverage left
+const auto red = [](int x, int y, int r, int tolerance = kLayerTolerance) {
+    return Probe{x, y, {r, -1, -1, -1}, tolerance};
+};
+// The mix brushes' tone: brightness 1, the saturation, and the red, green and blue weights
+// that are given (not negative).
+template <typename Brush>
+void tone(Brush& b, float saturation, float r = -1, float g = -1, float blue = -1) {
+    using Set = void (Brush::*)(float);
+    b.setBrightness(1), b.setSaturation(saturation);
+    for (auto [set, weight] : {std::pair<Set, float>{&Brush::setRedSaturation, r},
+                               {&Brush::setGreenSaturation, g},
+                               {&Brush::setBlueSaturation, blue}}) {
+        if (weight >= 0) {
+            (b.*set)(weight);
+        }
+    }
+}
+
+// Each layer's scenarios: rows(), the first a full-size frame left as <frames>/<name>.png
+// for a person to look at; bad(L&), input it logs and drops.
+template <typename Layer>
+struct Table;
+template <typename Layer>
+struct Names {
+    using L = Layer;
+    using S = Scenario<L>;
+};
+
+template <>
+struct Table<KNDrawAdvectColorBrush> : Names<KNDrawAdvectColorBrush> {
+    static void bad(L& b) {
+        b.initialize(0, 64, 0), b.initialize(64, -1.0f / 0.0f, 0), b.setSize(0, 0);
+        b.setBGTexture(nullptr, false), b.setPatternColorTexture(nullptr, false);
+        b.resizeSurface(3e9f, 10);
+    }
+    // The shift along u from the bytes of the radial field (red; blue: strength) and the
+    // noise (red), at the given scalars.
+    static double shift(int red, int blue, int noise, double radialScalar, double noiseScalar) {
+        return ((unit(red) - 0.5) * 10 * radialScalar + (unit(noise) - 0.5) * noiseScalar) *
+               unit(blue) * 0.0021;
+    }
+    // The red ramp advected along `field` and `noise`, drifting towards a blue pattern by
+    // 0.75 %: blue 1.9, one step either way from no drift (0) and the water brush's 3 % (8).
+    static S advect(
+        const char* name, Texel field, Texel noise, std::vector<int> xs, double du,
+        Tune<L> tune = [](L&) {}) {
+        std::vector<Probe> probes;
+        for (int x : xs) {
+            probes.push_back({x, 32, {byteOf(ramp(u64(x) + du) / 255 * 0.9925), -1, -1, -1}});
+            probes.push_back({x, 32, {-1, 0, 2, 255}, 1});
+        }
+        return {name, probes, [=](L& b, Inputs& in) {
+                    b.initialize(in.w, in.h, 0), b.setFBOID(redRamp(in));
+                    b.setVelocityRadialTextureID(in(noise), in(field), in(kNone));
+                    b.changePatternColorTextureID(in(Texel{0, 0, 255, 255}));
+                    tune(b);
+                }};
+    }
+    static void scene(L& b, Inputs& in) {
+        const Stock s = stock(in);
+        b.initialize(in.w, in.h, 0), b.setFBOID(s.checks);
+        b.setVelocityRadialTextureID(s.gradient, s.swirl, s.blob);
+        b.changePatternColorTextureID(s.gradient), b.setBackgroundTextureID(s.gradient);
+    }
+    static std::vector<S> rows() {
+        const Texel still{128, 128, 0, 255};
+        const double a = unit(128);  // the radial colour's alpha
+        const double alpha = (1 - a) + a * a;
+        const double lit = (2 - a) * a * alpha;
+        return {
+            full<L>("KNDrawAdvectColorBrush", kNone, {}, scene),
+            advect("fetches upstream along the field", {255, 128, 255, 255}, still, {4, 20, 40},
+                   shift(255, 255, 128, 9.2625, 15.625)),
+            advect("a field of strength 0 moves nothing", {255, 128, 0, 255}, still, {20}, 0),
+            advect("the noise moves by its own scalar, 125 x 0.5", {128, 128, 255, 255},
+                   {255, 128, 0, 255}, {20}, shift(128, 255, 255, 9.2625, 62.5),
+                   [](L& b) { b.setNoiseVectorScalar(0.5f); }),
+            // rgb · (2 - a) laid over black by a; the result's alpha (1 - a) + a · a, and
+            // blending onto the cleared target multiplies by it.
+            S("lays the brightened radial colour over by its alpha",
+              {{32, 32, {byteOf(0.4 * lit), byteOf(0.2 * lit), 0, byteOf(alpha * alpha)}}},
+              [=](L& b, Inputs& in) {
+                  b.initialize(in.w, in.h, 0), b.setFBOID(in(kBlack));
+                  b.changePatternColorTextureID(in(kBlack));
+                  b.setVelocityRadialTextureID(in(kBlack), in(still), in(Texel{102, 51, 0, 128}));
+              }),
+            // No field: mix(pattern, background, 0.6) of a red 200 pattern (black at the top) and
+            // a green / blue background; the quad moved right, the background not.
+            S("shows the background, which stays with the screen when the quad moves",
+              {{8, 10, {0, 0, 0, 0}, 0}, {24, 10, {80, 153, 0, 255}}, {40, 10, {80, 0, 153, 255}}},
+              [](L& b, Inputs& in) {
+                  const GLuint none = in(Texel{255, 255, 255, 0});
+                  const GLuint pattern =
+                      in(64, 64, [](int, int y) { return texel(y < 32 ? 200 : 0, 0, 0, 255); });
+                  b.initialize(in.w, in.h, 0), b.setFBOID(pattern);
+                  b.setVelocityRadialTextureID(none, none, none);
+                  b.changePatternColorTextureID(pattern);
+                  b.setBackgroundTextureID(in(64, 64, [](int x, int) {
+                      return x < 32 ? Texel{0, 255, 0, 255} : Texel{0, 0, 255, 255};
+                  }));
+                  b.setTranslate(16, 0, 0);
+              }),
+            S("units, blending and the reciprocal of the whole-pixel width", {},
+              [](L& b, Inputs&) {
+                  b.initialize(720.9f, 64, 0);
+                  b.setFBOID(kUnset);  // bound as it is
+                  b.setVelocityRadialTextureID(22, 23, 24), b.setBackgroundTextureID(25);
+                  b.changePatternColorTextureID(26);
+                  glDisable(GL_BLEND);
+                  b.draw();
+                  const GLuint program = b.getShaderManager()->getProgram();
+                  expectSamplers(program,
+                                 {"uTexMap", "uVelocity", "uRadial", "uOriginal", "uRadialColor",
+                                  "uBackground"},
+                                 {kUnset, 22, 23, 26, 24, 25});
+                  EXPECT_TRUE(glIsEnabled(GL_BLEND));
+                  EXPECT_EQ(glInt(GL_BLEND_SRC_RGB), GL_SRC_ALPHA);
+                  EXPECT_EQ(glInt(GL_BLEND_DST_ALPHA), GL_ONE_MINUS_SRC_ALPHA);
+                  EXPECT_FLOAT_EQ(uniformFloat(program, "uInvScreenX"), 1.0f / 720.0f);
+                  EXPECT_FLOAT_EQ(uniformFloat(program, "uInvScreenY"), 1.0f / 64.0f);
+              }),
+        };
+    }
+};
+
+template <>
+struct Table<KNDrawBGAdvectColorBrush> : Names<KNDrawBGAdvectColorBrush> {
+    static void bad(L& b) { b.setBGTexture(nullptr, true), b.resizeSurface(0.5f, 10); }
+    // The red ramp pulled along +u at full strength in the lower half, no field in the upper
+    // half; the background: green 4 · row, blue, sampled nearest. Moved up by `dy`.
+    static S advect(const char* name, float dy, std::vector<Probe> probes) {
+        return {name, probes, [=](L& b, Inputs& in) {
+                    auto rows = [](int, int y) { return texel(0, 4 * y, 255, 255); };
+                    auto field = [](int, int y) { return texel(255, 128, 255, y < 32 ? 255 : 0); };
+                    b.initialize(in.w, in.h, 0), b.setFBOID(redRamp(in));
+                    b.changeBGTextureID(in(64, 64, rows));
+                    b.setVelocityRadialTextureID(in(Texel{128, 128, 0, 255}), in(64, 64, field));
+                    b.setNoiseVectorScalar(0);
+                    b.setRadialVectorScalar(10);  // 185.25
+                    b.setTranslate(0, dy, 0);
+                }};
+    }
+    static void scene(L& b, Inputs& in) {
+        const Stock s = stock(in);
+        b.initialize(in.w, in.h, 0), b.setRadialVectorScalar(10);
+        b.setFBOID(s.checks), b.changeBGTextureID(s.gradient);
+        b.setVelocityRadialTextureID(s.swirl, s.swirl);
+    }
+    static std::vector<S> rows() {
+        // (1 - 0.5) · 10 · 185.25 · 0.0175 · 0.006: no drift, nothing of the background.
+        const double du = 0.5 * 10 * 185.25 * 0.0175 * 0.006;
+        std::vector<Probe> inside{{20, 40, {0, 160, 255, 255}, 1}, {50, 60, {0, 240, 255, 255}, 1}};
+        for (int x : {4, 20, 40}) {
+            inside.push_back({x, 10, {byteOf(ramp(u64(x) + du) / 255), 0, 0, 255}});
+        }
+        return {
+            full<L>("KNDrawBGAdvectColorBrush", kNone, {}, scene),
+            advect("advects without drift and shows the background elsewhere", 0, inside),
+            advect("the background moves with the quad", 8,
+                   {{20, 48, {0, 160, 255, 255}, 1}, {20, 4, {0, 0, 0, 0}, 0}}),
+            S("units, the noise factor 125 and a new surface forgetting the background", {},
+              [](L& b, Inputs& in) {
+                  b.initialize(in.w, in.h, 0);
+                  const GLuint stone = namedTexture("stone", Texel{128, 128, 128, 255});
+                  b.setBGTexture("stone", false), b.setFBOID(31);
+                  b.setVelocityRadialTextureID(32, 33), b.setNoiseVectorScalar(2);
+                  for (GLuint background : {stone, kUnset}) {
+                      b.draw();
+                      const GLuint program = b.getShaderManager()->getProgram();
+                      expectSamplers(program, {"uTexMap", "uVelocity", "uRadial", "uOriginal"},
+                                     {31, 32, 33, background});
+                      EXPECT_FLOAT_EQ(uniformFloat(program, "uNoiseVectorScalar"), 250.0f);
+                      b.resizeSurface(32, 32);
+                  }
+              }),
+        };
+    }
+};
+
+template <>
+struct Table<KNDrawBGAdvectWaterBrush> : Names<KNDrawBGAdvectWaterBrush> {
+    static void bad(L& b) {
+        b.setBGTexture(nullptr, true), b.initialize(1.0f / 0.0f, 64, 0);
+        b.resizeSurface(64, -1), b.setSize(0, 0);
+    }
+    // The red ramp advected over a black background after `tune`; the probe's red is 0.97 of
+    // the ramp read `du` upstream.
+    static S advect(const char* name, int x, Img noise, Texel field, double du, Tune<L> tune) {
+        return S(name, {red(x, 30, near(0.97 * ramp(u64(x) + du)))}, [=](L& b, Inputs& in) {
+            b.initialize(in.w, in.h, 0), b.setFBOID(redRamp(in)), b.changeBGTextureID(in(kBlack));
+            tune(b);
+            b.setVelocityRadialTextureID(noise(in), in(field));
+        });
+    }
+    static void scene(L& b, Inputs& in) {
+        const Stock s = stock(in);
+        background();
+        b.initialize(in.w, in.h, 0), b.setBGTexture("bg", false), b.setRadialVectorScalar(10);
+        b.setVelocityRadialTextureID(s.gradient, s.swirl), b.setFBOID(s.checks);
+    }
+    static std::vector<S> rows() {
+        const Texel still{128, 128, 255, 255};  // no direction, near enough
+        constexpr double kStep = 0.0175 * 0.006;
+        const double radial = 0.5 * 10 * 185.25 * kStep, noise = 0.5 * 1000 * kStep;
+        // Noise pushing +x in the left quarter of its image only, read where the background is:
+        // the layer's own coordinates, or the middle half of a 2:1 "bg".
+        const Img quarter = [](Inputs& in) {
+            return in(4, 1, [](int x, int) { return texel(x == 0 ? 255 : 128, 128, 0, 255); });
+        };
+        const Tune<L> rs10 = [](L& b) { b.setRadialVectorScalar(10); };
+        const Tune<L> ns8 = [](L& b) { b.setNoiseVectorScalar(8); };
+        const Tune<L> wide = [=](L& b) {  // a 2:1 "bg"
+            namedTexture("bg", 128, 64, std::vector<uint8_t>(128 * 64 * 4, 0));
+            b.setBGTexture("bg", false), ns8(b);
+        };
+        return {
+            full<L>("KNDrawBGAdvectWaterBrush", kNone, {backgroundLow(false)}, scene),
+            S("shows the background upright and unblended where no field is",
+              {{5, 5, {255, 0, 0, 128}, 0},
+               {60, 5, {0, 255, 0, 128}, 0},
+               {5, 60, {0, 0, 255, 128}, 0},
+               {60, 60, {255, 255, 255, 128}, 0}},
+              {64, 64, kWhite},
+              [](L& b, Inputs& in) {
+                  const GLuint none = in(Texel{255, 255, 255, 0});
+                  b.initialize(in.w, in.h, 0);
+                  b.changeBGTextureID(in(
+                      2, 2, {255, 0, 0, 128, 0, 255, 0, 128, 0, 0, 255, 128, 255, 255, 255, 128}));
+                  b.setVelocityRadialTextureID(none, none);
+                  glEnable(GL_BLEND);
+              }),
+            advect("the field at 18.525 x 10", 20, colour(still), {255, 128, 255, 255}, radial,
+                   rs10),
+            advect("the field at half strength", 20, colour(still), {255, 128, 128, 255},
+                   radial * 128 / 255, rs10),
+            advect("the noise at 125 x 8", 20, colour({255, 128, 0, 255}), still, noise, ns8),
+            advect("the noise is read at the layer's coordinates", 8, quarter, still, noise, ns8),
+            advect("the noise is read at the fitted background's", 8, quarter, still, 0, wide),
+        };
+    }
+};
+
+template <>
+struct Table<KNDrawMixColorBrush> : Names<KNDrawMixColorBrush> {
+    static void bad(L& b) { b.initialize(std::nanf(""), 64, 0), b.setBGTexture(nullptr, false); }
+    // The colour density ochre (0.6, 0.4, 0.2) over `base` by the mix alpha `a` (0.95 a⁴).
+    static S ochre(const char* name, std::vector<Probe> probes, Tune<L> tune, uint8_t a = 255,
+                   Img base = colour(kBlack)) {
+        return S(name, probes, [=](L& b, Inputs& in) {
+            b.initialize(in.w, in.h, 0);
+            tune(b);
+            b.changeBGTextureID(base(in));
+            b.setMixColorTextureID(in(Texel{0, 0, 0, a}), in(kBlack), in(Texel{153, 102, 51, 255}));
+        });
+    }
+    static void scene(L& b, Inputs& in) {
+        const Stock s = stock(in);
+        b.initialize(in.w, in.h, 0), b.changeBGTextureID(s.gradient);
+        b.setMixColorTextureID(s.blob, s.checks, s.gradient);
+    }
+    static std::vector<S> rows() {
+        // Saturation about P = sqrt((r² + g² + b²) · red weight), the same P for every channel;
+        // the green and blue weights take no part.
+        const int p = byteOf(std::sqrt(0.56) * 0.95);
+        const double a = unit(128), w = std::pow(a, 4.0) * 0.95;  // 0.0603
+        auto grey = [](float red, float alpha) {
+            return Tune<L>(
+                [=](L& b) { tone(b, 0, red, 5, 0), b.setBrightWeight(9), b.setAlpha(alpha); });
+        };
+        const Tune<L> plain = [](L& b) { tone(b, 1); };
+        // Base rows 4 · y, drawn upside down (texture row v = 1 at the bottom).
+        const Img rows = [](Inputs& in) {
+            return in(64, 64, [](int, int y) { return texel(255, 4 * y, 255, 255); });
+        };
+        const Pixel weighed{byteOf(1 - w + 0.6 * a * w), byteOf(0.4 * a * w),
+                            byteOf(1 - w + 0.2 * a * w), 255};
+        return {
+            full<L>("KNDrawMixColorBrush", kNone, {}, scene),
+            // Brightness 1.1: (0.66, 0.44, 0.22), P 0.4752; saturation 1.2, times 0.95.
+            ochre("brightens and saturates by the defaults", {{32, 32, {169, 105, 41, 255}}},
+                  [](L&) {}),
+            // sqrt(0.56 · 0.3333) · 0.95, whatever the other weights.
+            ochre("saturation 0 turns every channel to P", {{32, 32, {105, 105, 105, 255}}},
+                  grey(-1, 1)),
+            ochre("P takes the red weight; the ratio replaces the alpha, applied by blending",
+                  {{32, 32, {byteOf(0.5 * unit(p)), -1, -1, byteOf(0.25)}}}, grey(1, 0.5f)),
+            ochre("alpha 0 shows the base upside down",
+                  {{10, 0, {255, 252, 255, 255}, 1}, {10, 63, {255, 0, 255, 255}, 1}}, plain, 0,
+                  rows),
+            ochre("the density weighs 0.95 alpha to the fourth", {{10, 63, weighed}}, plain, 128,
+                  rows),
+            S("zero textures are bound as they are and read opaque black", {{5, 5, {8, 5, 3, 255}}},
+              [](L& b, Inputs& in) {
+                  b.initialize(in.w, in.h, 0);
+                  const GLuint base = in(Texel{153, 102, 51, 255});
+                  b.changeBGTextureID(base);
+                  b.draw();
+                  expectSamplers(b.getShaderManager()->getProgram(),
+                                 {"uTexMap", "uDensity", "uAlpha", "uColorDensity"},
+                                 {base, 0, 0, 0});
+              }),
+        };
+    }
+};
+
+template <>
+struct Table<KNDrawMixWaterBrush> : Names<KNDrawMixWaterBrush> {
+    static void bad(L& b) { b.setBGTexture(nullptr, false), b.initialize(64, 1e12f, 0); }
+    // The density (0.8, 0.4, 0.2, 0.4) fully shown over blue, after `tune`.
+    static S density(const char* name, Pixel expected, Tune<L> tune) {
+        return S(name, {{30, 30, expected}}, [=](L& b, Inputs& in) {
+            b.initialize(in.w, in.h, 0), b.changeBGTextureID(in(Texel{0, 0, 255, 255}));
+            b.setAlphaDensityTextureID(in(kBlack), in(Texel{204, 102, 51, 102}));
+            tune(b);
+        });
+    }
+    // A 2:1 "bg" of red, green, green, blue quarters; the surface shows its middle half. The
+    // density: bottom row white, top row black, drawn unflipped, shown by `alpha`.
+    static S fitted(const char* name, uint8_t alpha, bool resized, std::vector<Probe> probes) {
+        return S(name, probes, {64, 64, {255, 0, 255, 255}}, [=](L& b, Inputs& in) {
+            namedTexture("bg", 4, 2, texels(4, 2, [](int x, int) {
+                             return texel(x == 0 ? 255 : 0, x % 3 ? 255 : 0, x == 3 ? 255 : 0, 255);
+                         }));
+            b.initialize(in.w, in.h, 0), b.setBGTexture("bg", true);
+            if (resized) {
+                b.resizeSurface(in.w, in.h);  // forgets the background, bound as it is
+            }
+            b.setAlphaDensityTextureID(in(Texel{0, 0, 0, alpha}),
+                                       in(1, 2, {255, 255, 255, 255, 0, 0, 0, 255}));
+            tone(b, 1);
+        });
+    }
+    // The gradient as density through the blob over the fitted background; in the middle a near
+    // grey density (126 of 255) stays grey, brightened by 1.1.
+    static void scene(L& b, Inputs& in) {
+        const Stock s = stock(in);
+        background();
+        b.initialize(in.w, in.h, 0), b.setBGTexture("bg", false);
+        b.setAlphaDensityTextureID(s.blob, s.gradient);
+    }
+    static std::vector<S> rows() {
+        const int grey = byteOf((256 * 0.5 - 2) / 255 * 1.1);
+        // Brightness 1.1 (alpha too): (0.88, 0.44, 0.22, 0.44), P 0.5715; saturation 1.2.
+        const double p = std::sqrt((0.88 * 0.88 + 0.44 * 0.44 + 0.22 * 0.22) * 0.3333);
+        const auto saturated = [&](double d) { return byteOf(p + (d - p) * 1.2); };
+        const Pixel green{128, 255, 128, 255}, dark{0, 127, 0, 255};
+        return {
+            full<L>("KNDrawMixWaterBrush", kNone,
+                    {backgroundLow(true), {540, 960, {grey, grey, grey, 255}}}, scene),
+            // P = sqrt(0.64 · 0.25 + 0.16 · 0.5 + 0.04 · 0.25) = 0.5: (0.95, 0.35, 0.05); the mix
+            // colour brush's red-weight-only P would be sqrt(0.84 · 0.25).
+            density("saturates about a grey weighted per channel", {242, 89, 13, 102},
+                    [](L& b) { tone(b, 1.5f, 0.25f, 0.5f, 0.25f); }),
+            // sqrt(0.64 · 0.25 + 0.16 · 1) = 0.566: any two weights swapped give another grey.
+            density("saturation 0 turns every channel to P", {144, 144, 144, 102},
+                    [](L& b) { tone(b, 0, 0.25f, 1, 0); }),
+            density("brightness 1.1, saturation 1.2, weights 0.3333 by default",
+                    {saturated(0.88), saturated(0.44), saturated(0.22), byteOf(0.44)}, [](L&) {}),
+            // mix(background, density, 0.5): x = 1 and 62 still read the middle half's green.
+            fitted("alpha 0.5 mixes the fitted background and the density, row 0 at the top", 128,
+                   false, {{10, 60, green}, {1, 60, green}, {62, 3, dark}, {10, 3, dark}}),
+            fitted("a new surface forgets the background", 0, true, {{10, 10, {0, 0, 0, 255}, 0}}),
+        };
+    }
+};
+
+template <>
+struct Table<KNDrawRadialColorBrush> : Names<KNDrawRadialColorBrush> {
+    static void bad(L& b) {
+        b.setMaskTexture(nullptr), b.initialize(0, 64);
+        b.setSize(std::nanf(""), 10), b.resizeSurface(1e20f, 10);
+    }
+    // A 200 x 200 quad centred on (50.5, 32.5), or on (32.5, 50.5) when `up`, over the whole
+    // surface; the mask "mask" (none when not given); the ratio, fade and time step.
+    struct Set {
+        float rx = 1, ry = 1, alpha = 0, step = 0;
+    };
+    static S field(const char* name, std::vector<Probe> probes, std::optional<Set> set,
+                   std::optional<Texel> mask = kWhite, bool up = false, Texel clear = kNone) {
+        return S(name, probes, {64, 64, clear}, [=](L& b, Inputs& in) {
+            b.initialize(in.w, in.h);
+            place(b, 200, 200, up ? 32.5f : 50.5f, up ? 50.5f : 32.5f);
+            if (mask) {
+                namedTexture("mask", *mask);
+                b.setMaskTexture("mask");
+            }
+            if (set) {
+                b.setRatio(set->rx, set->ry), b.setAlpha(set->alpha), b.setTimeStep(set->step);
+            }
+        });
+    }
+    // 200 pixels left of the centre. Beyond about 256 pixels the squared length overflows
+    // mediump where it is a half float (llvmpipe's is).
+    static void scene(L& b, Inputs& in) { centreDisc(b, in.w, in.h), b.setTimeStep(0.8f); }
+    static std::vector<S> rows() {
+        const std::vector<Probe> at{{340, 960, {153, 128, 204, 255}}, {5, 5, {0, 0, 0, 255}, 0}};
+        const Texel faint{255, 255, 255, 102};  // coverage 0.4
+        std::vector<S> rows = {
+            full<L>("KNDrawRadialColorBrush", kBlack, at, scene),
+            // 0.5 + 0.1 · d / 20 inside the core of 20 pixels, 0.5 ± 0.1 outside.
+            field("points towards its centre with a soft core",
+                  {{40, 32, {near(0.55 * 255), 128, near(0.25 * 255), 255}},
+                   red(10, 32, 153),
+                   red(60, 32, near(0.4525 * 255)),
+                   {50, 2, {128, 153, -1, -1}}},
+                  Set{1, 1, 0, 0.25f}),
+            field("a new brush scales y by the screen ratio 0.5625",
+                  {{32, 10, {-1, near((0.5 + 0.1 * 0.5625) * 255), -1, -1}},
+                   {12, 50, {153, -1, 0, -1}}},
+                  std::nullopt, kWhite, true),
+            field("each axis has its own ratio",
+                  {red(12, 50, near(0.3 * 255)), {32, 10, {-1, near(0.55 * 255), -1, -1}}},
+                  Set{-2, 0.5f}, kWhite, true),
+            // Colour by source alpha over the target, alpha by one over the rest.
+            field("blends over the target", {{40, 32, {near(0.55 * 0.4 * 255), -1, 255, 255}}},
+                  Set{1, 1, 0, 1}, faint, false, {0, 0, 255, 255}),
+            // An unset mask is bound as it is and reads opaque black.
+            field("an unset mask covers the quad", {{40, 32, {near(0.55 * 255), -1, -1, 255}}},
+                  Set{}, std::nullopt),
+        };
+        // 1 - uAlpha clamped to [0, 1] before it scales the mask: -1 gives 0.4, not 0.8.
+        for (const auto& [alpha, cover] : Fades{{-1, 0.4}, {0.5f, 0.2}, {3, 0}}) {
+            const Pixel covered{near(0.55 * cover * 255), -1, -1, near(cover * 255)};
+            rows.push_back(field("clamps the fade", {{40, 32, covered}}, Set{1, 1, alpha}, faint));
+        }
+        return rows;
+    }
+};
+
+template <>
+struct Table<KNDrawRadialWaterBrush> : Names<KNDrawRadialWaterBrush> {
+    static void bad(L& b) {
+        b.setMaskTexture(nullptr), b.setGraphTexture(nullptr), b.initialize(64, 0);
+    }
+    // A 200 x 200 quad centred on (50.5, 32.5); the profile "tube": red 1 left, 64 / 255 right.
+    static S field(const char* name, std::vector<Probe> probes, Tune<L> tune, Texel mask = kWhite) {
+        return S(name, probes, [=](L& b, Inputs& in) {
+            namedTexture("mask", mask);
+            namedTexture("tube", 2, 1, {255, 0, 0, 255, 64, 0, 0, 255});
+            b.initialize(in.w, in.h), b.setMaskTexture("mask"), b.setGraphTexture("tube");
+            place(b, 200, 200, 50.5f, 32.5f);
+            tune(b);
+        });
+    }
+    // A profile strongest on a ring at 0.15 from the middle, within the field's reach (about
+    // 256 pixels in half-float mediump); on it, 162 pixels left: full strength, pointing right.
+    static void scene(L& b, Inputs& in) {
+        namedTexture("ring", 128, 128, texels(128, 128, [](int x, int y) {
+                         const double r = std::hypot(x + 0.5 - 64, y + 0.5 - 64) / 128;
+                         return Texel{byte(1 - std::abs(r - 0.15) * 10), 0, 0, 255};
+                     }));
+        centreDisc(b, in.w, in.h);
+        b.setGraphTexture("ring"), b.setTimeStep(1);
+    }
+    static std::vector<S> rows() {
+        const std::vector<Probe> at{{378, 960, {153, 128, -1, -1}},
+                                    {378, 960, {-1, -1, 248, -1}, 7},
+                                    {530, 960, {-1, -1, 0, -1}, 9}};
+        std::vector<S> rows = {
+            full<L>("KNDrawRadialWaterBrush", kBlack, at, scene),
+            // 0.5 ± 0.1 with no core; strength the time step times the profile.
+            field("points towards its centre without a core",
+                  {{40, 32, {153, 128, 128, 255}}, red(49, 32, 153), {60, 32, {102, -1, 32, -1}}},
+                  [](L& b) { b.setRatio(1, 1), b.setTimeStep(0.5f); }),
+            field("each axis has its own ratio; the graph power and multiplier change nothing",
+                  {red(40, 32, near(0.7 * 255)), {50, 2, {128, near(0.55 * 255), -1, -1}}},
+                  [](L& b) { b.setRatio(2, 0.5f), b.setGraphPow(7), b.setGraphMultiply(-3); }),
+        };
+        for (const auto& [alpha, cover] : Fades{{-2, 0.4}, {0.25f, 0.3}, {1.5f, 0}}) {
+            rows.push_back(field("clamps the fade", {{40, 32, {-1, -1, -1, near(cover * 255)}}},
+                                 [a = alpha](L& b) { b.setAlpha(a); }, {255, 255, 255, 102}));
+        }
+        return rows;
+    }
+};
+
+template <>
+struct Table<KNDrawRadialColorBrushColor> : Names<KNDrawRadialColorBrushColor> {
+    static void bad(L& b) {
+        b.setMaskTexture(nullptr), b.setColorTexture(nullptr);
+        b.setResolutionRatio(0), b.setSize(-5, 10);
+    }
+    // "palette": red, green / blue, white, bottom row first. "mask": the left half opaque, the
+    // right half at 0.4. A 16 x 16 quad centred on (x, y), the palette over `ratio` screens.
+    static S placed(const char* name, float x, float y, float ratio, std::vector<Probe> probes) {
+        return S(name, probes, [=](L& b, Inputs& in) {
+            namedTexture("palette", 2, 2,
+                         {255, 0, 0, 255, 0, 255, 0, 255, 0, 0, 255, 255, 255, 255, 255, 255});
+            namedTexture("mask", 2, 1, {0, 0, 0, 255, 0, 0, 0, 102});
+            b.initialize(in.w, in.h), b.setMaskTexture("mask"), b.setColorTexture("palette");
+            if (ratio > 0) {
+                b.setResolutionRatio(ratio);
+                place(b, 16, 16, x, y);
+            }
+        });
+    }
+    // The gradient through the disc; the screen's middle reads the image's middle.
+    static void scene(L& b, Inputs& in) {
+        namedTexture("colours", 64, 64, texels(64, 64, gradient), true);
+        centreDisc(b, in.w, in.h);
+        b.setColorTexture("colours"), b.setResolutionRatio(1);
+    }
+    static std::vector<S> rows() {
+        const std::vector<Probe> at{
+            {540, 960, {near(256 * 540.5 / 1080 - 2), near(256 * 960.5 / 1920 - 2), -1, -1}},
+            {5, 5, {0, 0, 0, 255}, 0}};
+        const Pixel red{255, 0, 0, 255}, none{0, 0, 0, 0};
+        return {
+            full<L>("KNDrawRadialColorBrushColor", kBlack, at, scene),
+            // Colour by source alpha, and alpha by source alpha too.
+            placed("fills the mask with the screen's colour", 16, 16, 1,
+                   {{10, 12, red, 0},
+                    {20, 12, {102, -1, -1, 41}},
+                    {30, 30, none, 0},
+                    {4, 12, none, 0}}),
+            placed("top right of the screen", 48, 48, 1, {{42, 50, {255, 255, 255, 255}, 0}}),
+            placed("top left of the screen", 16, 48, 1, {{10, 50, {0, 0, 255, 255}, 0}}),
+            placed("over two screens this one shows the bottom-left quarter", 16, 48, 2,
+                   {{10, 50, red, 0}}),
+            placed("without a resolution ratio every fragment reads texel (0, 0)", 0, 0, 0,
+                   {{10, 60, red, 0}, {20, 40, red, 0}}),
+            S("the reciprocals follow a new screen over the ratio", {},
+              [](L& b, Inputs& in) {
+                  b.initialize(in.w, in.h), b.resizeSurface(32, 128), b.setResolutionRatio(0.5f);
+                  EXPECT_FLOAT_EQ(b.getInvScreenX(), 1.0f / 16);
+                  EXPECT_FLOAT_EQ(b.getInvScreenY(), 1.0f / 64);
+              }),
+        };
+    }
+};
+
+template <>
+struct Table<KNDrawBrilliantAdvect> : Names<KNDrawBrilliantAdvect> {
+    static void bad(L& a) { a.resizeSurface(0, 0); }
+    // The layer over the whole w x h target, writing its output unblended unless `blended`.
+    static S smear(const char* name, int w, int h, Img field, std::vector<Probe> probes,
+                   Texel clear = kNone, bool blended = false) {
+        return S(name, probes, {w, h, clear}, [=](L& a, Inputs& in) {
+            a.initialize(in.w, in.h);
+            if (!blended) {
+                a.setBlendOption(GL_ONE, GL_ZERO);
+            }
+            a.setRadialTextureID(field(in));
+        });
+    }
+    // Red probes along a line from (x, y) by (dx, dy) a step, one value per step.
+    static std::vector<Probe> line(int x, int y, int dx, int dy, std::vector<int> reds) {
+        std::vector<Probe> probes;
+        for (int i = 0; i < static_cast<int>(reds.size()); ++i) {
+            probes.push_back(red(x + dx * i, y + dy * i, reds[i], 1));
+        }
+        return probes;
+    }
+    static void scene(L& a, Inputs& in) { streaks(a, in, ringShape(in)); }
+    static std::vector<S> rows() {
+        // 125 texels make one tap (0.02 · 0.4 = 0.008 of the texture) exactly one texel. A
+        // velocity along +u (red 1, green 0.5), or -u, lit (blue 1) in one column only.
+        constexpr int kTaps = 125;
+        auto lit = [](int column, bool backwards) {
+            return Img([=](Inputs& in) {
+                return in(kTaps, 3, [=](int x, int) {
+                    return texel(backwards ? 0 : 255, 128, x == column ? 255 : 0, 255);
+                });
+            });
+        };
+        const Img vertical = [](Inputs& in) {
+            return in(3, kTaps, [](int, int y) { return texel(128, 255, y == 40 ? 255 : 0, 255); });
+        };
+        const Texel blue{0, 0, 255, 255};
+        const Probe nothing{32, 32, {0, 0, 0, 0}, 0};
+        const Img exact = [](Inputs& in) { return in.floats({0.5f, 0.5f, 0.25f, 1}); };
+        const Img off = [](Inputs& in) { return in.floats({0.5f, 0.5f + 1.0f / 1024, 0.25f, 1}); };
+        // The streak's weights as bytes: 0, 0.5, 0.5, 0.4, 0.4, 0.3, 0.2, 0.1; lowp computed
+        // in single precision, one step for the 8-bit write.
+        const std::vector<int> weights{0, 0, 128, 128, 102, 102, 77, 51, 26, 0};
+        std::vector<Probe> along = line(39, 1, 1, 0, weights);
+        along.push_back({41, 1, {128, 128, 128, 128}, 1});  // every channel carries it
+        return {
+            full<L>("KNDrawBrilliantAdvect", kBlack, {red(972, 960, 122)}, scene),
+            smear("smears a lit column into the eight-tap streak", kTaps, 3, lit(40, false), along),
+            smear("along -u the streak runs the other way", kTaps, 3, lit(80, true),
+                  line(81, 1, -1, 0, weights)),
+            // Texel row 40 + i gets weight i; the base coordinates put row 124 at the bottom.
+            smear("a vertical streak follows the flipped coordinates", 3, kTaps, vertical,
+                  line(1, 85, 0, -1, weights)),
+            // Blue 0.2 over alpha 0.502 is 0.398, times the weights' sum 2.4.
+            smear("divides by alpha and sums the weights", 16, 16, colour({255, 128, 51, 128}),
+                  {{8, 8, {244, 244, 244, 244}, 1}}),
+            // initialize's source-alpha blend over transparent black: 0.6 · 0.6.
+            smear("leaves blending as the caller set it", 16, 16, colour({255, 128, 64, 255}),
+                  {{8, 8, {92, 92, 92, 92}, 1}}, kNone, true),
+            smear("discards exactly no direction", 16, 16, exact,
+                  {{8, 8, {0, 0, 255, 255}, 0}, {0, 15, {0, 0, 255, 255}, 0}}, blue),
+            smear("a hair off no direction is drawn", 16, 16, off,
+                  {{8, 8, {153, 153, 153, 153}, 1}}, blue),
+            // Unset and zero textures read black with alpha 1: a direction, nothing to smear.
+            smear("an unset field is bound as it is", 64, 64, given(kUnset), {nothing}, blue),
+            smear("a zero field is bound as it is", 64, 64, given(0), {nothing}, blue),
+        };
+    }
+};
+
+template <>
+struct Table<KNDrawBrilliantRadial> : Names<KNDrawBrilliantRadial> {
+    static void bad(L& r) { r.initialize(0, 64), r.resizeSurface(64, 0), r.setSize(-1, 10); }
+    // A quad covering the odd surface (pixel (31, 31) samples its exact centre), `shape` and
+    // `pattern` given, then `tune` and one draw.
+    static S cover(
+        const char* name, std::vector<Probe> probes, Img shape, Img pattern,
+        Tune<L> tune = [](L&) {}, Target target = {63, 63, {255, 0, 255, 255}}) {
+        return S(name, probes, target, [=](L& r, Inputs& in) {
+            r.initialize(in.w, in.h), r.setSize(in.w, in.h);
+            r.setPosition(in.w / 2.0f, in.h / 2.0f, 0), r.setAlphaShapeTextureID(shape(in));
+            r.setPatternTextureID(pattern(in));
+            tune(r);
+        });
+    }
+    // A 2 x 2 texture, image rows top first (v = 0 at the top of the surface).
+    static Img quadrants(Texel topLeft, Texel topRight, Texel bottomLeft, Texel bottomRight) {
+        return [=](Inputs& in) {
+            return in(2, 2, [=](int x, int y) {
+                return y ? (x ? bottomRight : bottomLeft) : (x ? topRight : topLeft);
+            });
+        };
+    }
+    // Blue at the quadrant centres: top-left, top-right, bottom-left, bottom-right.
+    static std::vector<Probe> blues(int w, int h, Pixel b) {
+        return {{w / 4, 3 * h / 4, {-1, -1, b[0], -1}, 1},
+                {3 * w / 4, 3 * h / 4, {-1, -1, b[1], -1}, 1},
+                {w / 4, h / 4, {-1, -1, b[2], -1}, 1},
+                {3 * w / 4, h / 4, {-1, -1, b[3], -1}, 1}};
+    }
+    static void scene(L& r, Inputs& in) { directions(r, in, ringShape(in)); }
+    static std::vector<S> rows() {
+        const std::vector<Probe> at{{0, 0, {128, 128, 0, 255}, 0}, {972, 960, {-1, -1, 60, -1}}};
+        const Img solid = colour({255, 0, 0, 255}), opaque = colour(kBlack);
+        const Img pattern = quadrants(kBlack, {0, 0, 0, 51}, {0, 0, 0, 102}, {0, 0, 0, 204});
+        const Pixel magenta{255, 0, 255, 255};
+        const Target clear{63, 63, kNone};
+        const auto half = [](L& r) { r.setAlpha(0.5f); };
+        return {
+            full<L>("KNDrawBrilliantRadial", {128, 128, 0, 255}, at, scene),
+            // N = (0, 0) gives (0.5, 0.5); 25 pixels out N = 50 / 63 = 0.794 along x, squeezed
+            // by 0.5625 along y; beyond magnitude 1 discarded.
+            cover("draws the inscribed disc of outward directions",
+                  {{31, 31, {128, 128, 255, 255}, 1},
+                   {56, 31, {229, 128, 255, 255}},
+                   {6, 31, {26, 128, 255, 255}},
+                   {31, 56, {128, 184, 255, 255}},
+                   {31, 6, {128, 71, 255, 255}},
+                   {53, 53, {217, 178, 255, 255}},  // magnitude 0.976
+                   {54, 54, magenta, 0},            // 1.066
+                   {0, 0, magenta, 0},
+                   {62, 62, magenta, 0}},
+                  solid, opaque),
+            cover("flipped, up is negative green",
+                  {{31, 56, {128, 71, 255, 255}}, {56, 31, {229, 128, 255, 255}}}, solid, opaque,
+                  [](L& r) { r.flipTextureV(); }),
+            // Red (0.794 · 0.5 + 1) / 2, alpha 0.5: initialize's blend, source alpha for every
+            // channel, on the first draw; the layer's own option, alpha weight one, after.
+            cover("the time step scales, blended by source alpha", {{56, 31, {89, 64, 128, 64}}},
+                  solid, opaque, half, clear),
+            cover(
+                "its blend option waits for the next draw", {{56, 31, {89, 64, 128, 128}}}, solid,
+                opaque, [=](L& r) { half(r), r.draw(), clearTo(kNone); }, clear),
+            cover("masks with the screen alpha shape times the pattern",
+                  blues(63, 63, {128, 64, 32, 0}),
+                  quadrants({255, 0, 0, 255}, {128, 0, 0, 255}, {64, 0, 0, 255}, kBlack),
+                  colour({0, 0, 0, 128})),
+            cover("a square surface lays the pattern on as it is",
+                  blues(63, 63, {255, 51, 102, 204}), solid, pattern),
+            cover("a landscape one transposes it", blues(80, 48, {255, 102, 51, 204}), solid,
+                  pattern, [](L&) {}, {80, 48, {255, 0, 255, 255}}),
+            // They read black with alpha 1.
+            cover("unset and zero textures are bound as they are",
+                  {{31, 31, {128, 128, 0, 255}, 1}}, given(kUnset), given(0)),
+            cover("binds shape and pattern to units 0 and 1, depth test off", {}, given(21),
+                  given(22),
+                  [](L& r) {
+                      r.setDepthTest(true);
+                      r.draw();
+                      expectSamplers(r.getShaderManager()->getProgram(),
+                                     {"uAlphaMap", "uPatternMap"}, {21, 22});
+                      EXPECT_FALSE(glIsEnabled(GL_DEPTH_TEST));
+                  }),
+        };
+    }
+};
+
+template <>
+struct Table<KNDrawBrilliantRing> : Names<KNDrawBrilliantRing> {
+    static void bad(L& r) { r.initialize(0, 0), r.setSize(0, 10), r.resizeSurface(10, -10); }
+    // A ring over the surface writing its output unblended, at `alpha` (1 unless given), from
+    // background, shine, diamond, alpha map and blur.
+    static S ring(const char* name, std::array<Img, 5> images, std::vector<Probe> probes,
+                  float alpha = -1, Texel clear = kNone) {
+        return S(name, probes, {64, 64, clear}, [=](L& r, Inputs& in) {
+            r.initialize(in.w, in.h), r.setBlendOption(GL_ONE, GL_ZERO);
+            if (alpha >= 0) {
+                r.setAlpha(alpha);
+            }
+            r.setBackgroundTextureID(images[0](in)), r.setShineTextureID(images[1](in));
+            r.setDiamondTextureID(images[2](in)), r.setAlphaTextureID(images[3](in));
+            r.setBlurTextureID(images[4](in));
+        });
+    }
+    // Image row 0 lit, row 1 dark, sampled nearest.
+    static Img topRow(Texel lit) {
+        return [=](Inputs& in) { return in(1, 2, [=](int, int y) { return y ? kBlack : lit; }); };
+    }
+    // The streaks as shine, no diamonds: the hue-shifted zoom along the ring shape, elsewhere
+    // the background, opaque.
+    static void scene(L& r, Inputs& in) {
+        const GLuint shape = ringShape(in), black = in(kBlack);
+        KNDrawBrilliantAdvect advect;
+        const GLuint shine = streaks(advect, in, shape);
+        advect.draw();
+        in.target(in.w, in.h);
+        r.initialize(in.w, in.h), r.setBackgroundTextureID(in(64, 64, gradient, GL_LINEAR));
+        r.setShineTextureID(shine), r.setDiamondTextureID(black);
+        r.setAlphaTextureID(shape), r.setBlurTextureID(black);
+    }
+    static std::vector<S> rows() {
+        const Img o = colour(kBlack), solid = colour({255, 0, 0, 255}),
+                  half = colour({128, 0, 0, 255});
+        const Img faint = colour({1, 0, 0, 255});  // lights every pixel by 1/255
+        // Four columns: grey, a mild green, a saturated dark red, full red.
+        const Img columns = [](Inputs& in) {
+            return in(4, 1,
+                      {128, 128, 128, 255, 51, 153, 102, 255, 153, 0, 0, 255, 255, 0, 0, 255});
+        };
+        // A grey ramp reading about 255 u: grey survives the hue shift.
+        const auto v = [](int x) { return byte((x + 0.5) / 256); };
+        const TexelAt greys = [=](int x, int) { return Texel{v(x), v(x), v(x), 255}; };
+        const Img greyRamp = [=](Inputs& in) { return in(256, 1, greys, GL_LINEAR); };
+        auto at = [](int column, Pixel rgba) { return Probe{8 + 16 * column, 32, rgba}; };
+        auto grey = [](int x, double u) { return red(x, 32, near(255 * u + 1)); };
+        const Img sky = colour({51, 102, 153, 255});
+        const Pixel lit{255, 255, 255, 128}, unlit{51, 102, 153, 128};
+        const Img u = given(kUnset), z = given(0);
+        const Probe nothing{32, 32, {0, 0, 0, 191}, 1};
+        return {
+            full<L>("KNDrawBrilliantRing", kNone, {{0, 0, {-1, -1, -1, 255}, 0}}, scene),
+            // RGB -> HSV -> RGB with the hue 0.027 lower, plus the shine: grey has no hue;
+            // (0.2, 0.6, 0.4) -> (0.2, 0.6, 0.335); (0.6, 0, 0): s 1 > 0.85, v 0.6 < 0.7, so s
+            // 1.4 and v 0.78 -> (0.78, -0.312, -0.135); (1, 0, 0) -> (1, 0, 0.162).
+            ring("shifts the hue and pushes saturated dark colours", {columns, faint, o, solid, o},
+                 {at(0, {129, 129, 129, 255}), at(1, {52, 154, 86, 255}), at(2, {200, 0, 0, 255}),
+                  at(3, {255, 1, 42, 255})}),
+            ring("a blur of 0.502 lifts what went below zero", {columns, faint, o, solid, half},
+                 {at(1, {180, 255, 214, 255}), at(2, {255, 49, 95, 255}),
+                  at(3, {255, 129, 170, 255})}),
+            ring("an alpha map of 0.502 mixes the background half back in",
+                 {columns, faint, o, half, o}, {at(1, {52, 154, 95, 255})}),
+            // Zoomed by 1 / 0.95: u' = 0.05 + 0.9 u.
+            ring("the alpha map chooses the zoomed background", {greyRamp, faint, o, solid, o},
+                 {grey(0, 0.05 + 0.9 * 0.5 / 64), grey(63, 0.05 + 0.9 * 63.5 / 64)}),
+            ring("alpha map 0 reads the plain coordinates", {greyRamp, faint, o, o, o},
+                 {grey(0, 0.5 / 64), grey(63, 63.5 / 64)}),
+            // Lit pixels add 1 to the background; the output alpha is the layer's.
+            ring("the diamond is read upside down", {sky, o, topRow({0, 0, 255, 255}), o, o},
+                 {{32, 8, lit, 1}, {32, 56, unlit, 1}}, 0.5f),
+            ring("the shine is read the right way up", {sky, topRow({255, 0, 0, 255}), o, o, o},
+                 {{32, 56, lit, 1}, {32, 8, unlit, 1}}, 0.5f),
+            ring("the diamond's blue is divided by its alpha",
+                 {sky, o, colour({0, 0, 64, 128}), o, o}, {{32, 32, {179, 230, 255, 128}}}, 0.5f),
+            // They read black with alpha 1: nothing lit, the black background at the alpha.
+            ring("unset textures are bound as they are", {u, u, u, u, u}, {nothing}, 0.75f, kWhite),
+            ring("zero textures are bound as they are", {z, z, z, z, z}, {nothing}, 0.75f, kWhite),
+        };
+    }
+};
+
+using Layers =
+    ::testing::Types<KNDrawAdvectColorBrush, KNDrawBGAdvectColorBrush, KNDrawMixColorBrush,
+                     KNDrawBGAdvectWaterBrush, KNDrawMixWaterBrush, KNDrawRadialColorBrush,
+                     KNDrawRadialColorBrushColor, KNDrawRadialWaterBrush, KNDrawBrilliantRadial,
+                     KNDrawBrilliantAdvect, KNDrawBrilliantRing>;
+
+template <typename Layer>
+class EveryLayerTest : public LayerTest {
+  protected:
+    std::vector<uint8_t> screen(int w = 64, int h = 64) { return gl().readPixels(0, 0, w, h); }
+    const std::vector<uint8_t> mBlank = std::vector<uint8_t>(64 * 64 * 4, 0);
+};
+TYPED_TEST_SUITE(EveryLayerTest, Layers);
+
+TYPED_TEST(EveryLayerTest, DrawsTheHandWorkedPixels) {
+    for (const Scenario<TypeParam>& s : Table<TypeParam>::rows()) {
+        run(s);
+        KNTextureManager::ReleaseInstance();
+    }
+}
+
+// The frame scene drawn small on the screen, before and after a lost context.
+TYPED_TEST(EveryLayerTest, DrawsTheSamePixelsAfterALostContextAndANewInitialize) {
+    const Scenario<TypeParam> s = Table<TypeParam>::rows().front();
+    TypeParam layer;
+    const std::vector<uint8_t> before = [&] {
+        Inputs in;
+        s.draw(layer, in);
+        return this->screen();
+    }();
+    std::set<std::vector<uint8_t>> colours;  // more than a flat colour
+    for (size_t i = 0; i < before.size(); i += 4) {
+        colours.insert({before.begin() + i, before.begin() + i + 4});
+    }
+    EXPECT_GT(colours.size(), 2u);
+
+    this->loseContext();
+    KNTextureManager::getInstancePtr()->contextChanged(), layer.contextChanged();
+    glViewport(0, 0, 64, 64);
+    clearTo(kNone);
+    {
+        // Until initialised again it draws nothing; the colour brushes draw with the forgotten
+        // program instead of logging.
+        LogCapture log;
+        layer.draw();
+        const bool logs = !std::is_same_v<TypeParam, KNDrawAdvectColorBrush> &&
+                          !std::is_same_v<TypeParam, KNDrawBGAdvectColorBrush> &&
+                          !std::is_same_v<TypeParam, KNDrawMixColorBrush>;
+        EXPECT_EQ(log.messages().size(), logs ? 1u : 0u);
+        EXPECT_EQ(this->screen(), this->mBlank);
+    }
+    Inputs in;
+    s.draw(layer, in);
+    EXPECT_EQ(this->screen(), before);
+}
+
+// Before initialize a draw logs one line and draws nothing; bad sizes and null names are
+// logged and dropped: the layer draws as it did.
+TYPED_TEST(EveryLayerTest, DropsDrawsBeforeInitializeAndBadInput) {
+    TypeParam layer;
+    LogCapture log;
+    GLCallCounter calls;
+    layer.draw();
+    EXPECT_EQ(log.messages().size(), 1u);
+    EXPECT_EQ(calls.count("glDrawElements"), 0);
+    EXPECT_EQ(this->screen(), this->mBlank);
+
+    const Scenario<TypeParam> s = Table<TypeParam>::rows().front();
+    const auto [w, h, clear] = s.target;
+    Inputs in(w, h);
+    in.target(w, h, clear);
+    s.draw(layer, in);
+    const std::vector<uint8_t> before = this->screen(w, h);
+    const size_t logged = log.messages().size();
+    Table<TypeParam>::bad(layer);
+    EXPECT_GT(log.messages().size(), logged);
+    clearTo(clear);
+    layer.draw();
+    EXPECT_EQ(this->screen(w, h), before);
+}
+
+}  // namespace
