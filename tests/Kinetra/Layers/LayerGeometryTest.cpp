@@ -98,7 +98,9 @@ TYPED_TEST(RadialQuadTest, BuildsTheTrueRectangleAndRefillsItsIndices) {
     brush.initialize(300, 200);
     const KNMesh& mesh = *brush.getMesh();
     expectPoints(mesh.uv, kUV);
-    brush.setRectAlign(1), brush.setSize(300, 200), brush.setSize(300, 200);
+    brush.setRectAlign(1);
+    brush.setSize(300, 200);
+    brush.setSize(300, 200);
     expectPoints(mesh.vertex, rect(-150, -100, 150, 100));
     EXPECT_EQ(mesh.index, (std::vector<unsigned short>{0, 1, 2, 3}));
     EXPECT_EQ(mesh.uv.size(), 4u);
@@ -109,7 +111,8 @@ TYPED_TEST(RadialQuadTest, BuildsTheTrueRectangleAndRefillsItsIndices) {
     expectPoints(mesh.vertex, rect(-140, -80, 160, 120));
     // A new surface is the new size of the quad, about the same position; the mask is lost.
     namedTexture("mask", {255, 255, 255, 255});
-    brush.setMaskTexture("mask"), brush.resizeSurface(400.5f, 100);
+    brush.setMaskTexture("mask");
+    brush.resizeSurface(400.5f, 100);
     expectPoints(mesh.vertex, rect(-190.25f, -30, 210.25f, 70));
     EXPECT_EQ(brush.getMaskTextureID(), kUnset);
 }
@@ -123,7 +126,8 @@ TEST_F(GeometryTest, BrilliantRadialCentresItsQuadWithScreenAndPatternCoordinate
     expectPoints(mesh.vertex, rect(-360, -640, 360, 640));
     expectPoints(layer.getPatternTextureUV(), rect(-.5f, 1.5f, .5f, .5f));
     // setSize only stores the whole pixels; the next setPosition uses them.
-    layer.setSize(300.7f, 200.2f), layer.setPosition(150, 100, 0);
+    layer.setSize(300.7f, 200.2f);
+    layer.setPosition(150, 100, 0);
     expectPoints(mesh.vertex, rect(0, 0, 300, 200));
     expectPoints(mesh.normal, rect(0, 1, 300.f / 720, 1 - 200.f / 1280));
     // A rebuild undoes a flip.
@@ -139,7 +143,8 @@ TEST_F(GeometryTest, BrilliantRadialCentresItsQuadWithScreenAndPatternCoordinate
 
 TEST_F(GeometryTest, BrilliantRingZoomsAndCropsTheBackgroundCoordinates) {
     KNDrawBrilliantRing ring;
-    ring.initialize(300, 200), ring.createTabScaledTextureUV(1.0f, {0.1f, -0.2f});
+    ring.initialize(300, 200);
+    ring.createTabScaledTextureUV(1.0f, {0.1f, -0.2f});
     expectPoints(ring.getTabScaledTextureUV(), rect(.1f, .8f, 1.1f, -.2f));
     ring.createTabScaledTextureUV(1.25f, {0, 0});
     expectPoints(ring.getTabScaledTextureUV(), rect(-.25f, 1.25f, 1.25f, -.25f));
@@ -175,8 +180,12 @@ TEST_F(AdvectPingPongTest, ColourBrushFlowsAwayFromTheRadialCentreFrameAfterFram
     namedTexture("mask", Texel{255, 255, 255, 255});
     auto field = boundTarget(kSize, kSize);
     KNDrawRadialColorBrush radial;
-    radial.initialize(kSize, kSize), radial.setMaskTexture("mask"), radial.setRatio(1, 1);
-    radial.setTimeStep(1), place(radial, 4 * kSize, 4 * kSize, 112, kRow), radial.draw();
+    radial.initialize(kSize, kSize);
+    radial.setMaskTexture("mask");
+    radial.setRatio(1, 1);
+    radial.setTimeStep(1);
+    place(radial, 4 * kSize, 4 * kSize, 112, kRow);
+    radial.draw();
     expectProbes({{kEdge, kRow, {153, 128, 255, 255}, 1}});
 
     Inputs in;
@@ -184,10 +193,12 @@ TEST_F(AdvectPingPongTest, ColourBrushFlowsAwayFromTheRadialCentreFrameAfterFram
     const GLuint first = in(kSize, kSize, halfPlane, GL_LINEAR);  // filtered like the targets
     const GLuint black = in(Texel{0, 0, 0, 255});
     KNDrawAdvectColorBrush advect;
-    advect.initialize(kSize, kSize, 0), advect.setNoiseVectorScalar(0);
+    advect.initialize(kSize, kSize, 0);
+    advect.setNoiseVectorScalar(0);
     advect.setVelocityRadialTextureID(in(Texel{128, 128, 128, 255}), field->getFBOTexture(),
                                       in(Texel{0, 0, 0, 0}));
-    advect.changePatternColorTextureID(black), advect.setBackgroundTextureID(black);
+    advect.changePatternColorTextureID(black);
+    advect.setBackgroundTextureID(black);
     int plateau = 255;
     pingPong(advect, kSize, first, 8, [&](int n) {
         SCOPED_TRACE(n);
@@ -215,7 +226,8 @@ TEST_F(AdvectPingPongTest, WaterBrushDriftsThreePercentAFrameTowardsTheBackgroun
     Inputs in;
     const GLuint still = in(Texel{128, 128, 255, 255});
     KNDrawBGAdvectWaterBrush brush;
-    brush.initialize(kWidth, kHeight, 0), brush.changeBGTextureID(in(Texel{0, 0, 255, 255}));
+    brush.initialize(kWidth, kHeight, 0);
+    brush.changeBGTextureID(in(Texel{0, 0, 255, 255}));
     brush.setVelocityRadialTextureID(still, still);
     int r = 255, b = 0;
     pingPong(brush, kWidth, in(Texel{255, 0, 0, 255}), 10, [&](int n) {

@@ -132,7 +132,9 @@ void centreDisc(Brush& brush, int w, int h) {
                      const double r = std::hypot(x + 0.5 - 64, y + 0.5 - 64) / 128;
                      return Texel{255, 255, 255, byte((0.47 - r) / 0.07)};
                  }));
-    brush.initialize(w, h), place(brush, w, w, w / 2, h / 2), brush.setMaskTexture("disc");
+    brush.initialize(w, h);
+    place(brush, w, w, w / 2, h / 2);
+    brush.setMaskTexture("disc");
 }
 
 // A ring of radius 0.4 screen widths about the centre, on a texture of the screen's aspect;
@@ -149,8 +151,10 @@ void directions(KNDrawBrilliantRadial& radial, Inputs& in, GLuint shape) {
     const TexelAt sparkles = [](int x, int y) {
         return Texel{0, 0, 0, byte((x * 73856093u ^ y * 19349663u) % 7 == 0 ? 1 : 0.235)};
     };
-    radial.initialize(in.w, in.h), radial.setSize(in.w * 25 / 27, in.w * 25 / 27);
-    radial.setPosition(in.w / 2, in.h / 2, 0), radial.setAlphaShapeTextureID(shape);
+    radial.initialize(in.w, in.h);
+    radial.setSize(in.w * 25 / 27, in.w * 25 / 27);
+    radial.setPosition(in.w / 2, in.h / 2, 0);
+    radial.setAlphaShapeTextureID(shape);
     radial.setPatternTextureID(in(64, 64, sparkles, GL_LINEAR));
 }
 // The brilliant chain as an effect runs it: the directions in a target that reads "no
@@ -159,9 +163,11 @@ void directions(KNDrawBrilliantRadial& radial, Inputs& in, GLuint shape) {
 GLuint streaks(KNDrawBrilliantAdvect& advect, Inputs& in, GLuint shape) {
     const GLuint field = in.target(in.w, in.h, {128, 128, 0, 255}).getFBOTexture();
     KNDrawBrilliantRadial radial;
-    directions(radial, in, shape), radial.draw();
+    directions(radial, in, shape);
+    radial.draw();
     const GLuint bound = in.target(in.w, in.h, kBlack).getFBOTexture();
-    advect.initialize(in.w, in.h), advect.setBlendOption(GL_ONE, GL_ZERO, GL_ZERO, GL_ONE);
+    advect.initialize(in.w, in.h);
+    advect.setBlendOption(GL_ONE, GL_ZERO, GL_ZERO, GL_ONE);
     advect.setRadialTextureID(field);
     return bound;
 }
@@ -177,7 +183,8 @@ const auto red = [](int x, int y, int r, int tolerance = kLayerTolerance) {
 template <typename Brush>
 void tone(Brush& b, float saturation, float r = -1, float g = -1, float blue = -1) {
     using Set = void (Brush::*)(float);
-    b.setBrightness(1), b.setSaturation(saturation);
+    b.setBrightness(1);
+    b.setSaturation(saturation);
     for (auto [set, weight] : {std::pair<Set, float>{&Brush::setRedSaturation, r},
                                {&Brush::setGreenSaturation, g},
                                {&Brush::setBlueSaturation, blue}}) {
@@ -200,8 +207,11 @@ struct Names {
 template <>
 struct Table<KNDrawAdvectColorBrush> : Names<KNDrawAdvectColorBrush> {
     static void bad(L& b) {
-        b.initialize(0, 64, 0), b.initialize(64, -1.0f / 0.0f, 0), b.setSize(0, 0);
-        b.setBGTexture(nullptr, false), b.setPatternColorTexture(nullptr, false);
+        b.initialize(0, 64, 0);
+        b.initialize(64, -1.0f / 0.0f, 0);
+        b.setSize(0, 0);
+        b.setBGTexture(nullptr, false);
+        b.setPatternColorTexture(nullptr, false);
         b.resizeSurface(3e9f, 10);
     }
     // The shift along u from the bytes of the radial field (red; blue: strength) and the
@@ -221,7 +231,8 @@ struct Table<KNDrawAdvectColorBrush> : Names<KNDrawAdvectColorBrush> {
             probes.push_back({x, 32, {-1, 0, 2, 255}, 1});
         }
         return {name, probes, [=](L& b, Inputs& in) {
-                    b.initialize(in.w, in.h, 0), b.setFBOID(redRamp(in));
+                    b.initialize(in.w, in.h, 0);
+                    b.setFBOID(redRamp(in));
                     b.setVelocityRadialTextureID(in(noise), in(field), in(kNone));
                     b.changePatternColorTextureID(in(Texel{0, 0, 255, 255}));
                     tune(b);
@@ -229,9 +240,11 @@ struct Table<KNDrawAdvectColorBrush> : Names<KNDrawAdvectColorBrush> {
     }
     static void scene(L& b, Inputs& in) {
         const Stock s = stock(in);
-        b.initialize(in.w, in.h, 0), b.setFBOID(s.checks);
+        b.initialize(in.w, in.h, 0);
+        b.setFBOID(s.checks);
         b.setVelocityRadialTextureID(s.gradient, s.swirl, s.blob);
-        b.changePatternColorTextureID(s.gradient), b.setBackgroundTextureID(s.gradient);
+        b.changePatternColorTextureID(s.gradient);
+        b.setBackgroundTextureID(s.gradient);
     }
     static std::vector<S> rows() {
         const Texel still{128, 128, 0, 255};
@@ -251,7 +264,8 @@ struct Table<KNDrawAdvectColorBrush> : Names<KNDrawAdvectColorBrush> {
             S("lays the brightened radial colour over by its alpha",
               {{32, 32, {byteOf(0.4 * lit), byteOf(0.2 * lit), 0, byteOf(alpha * alpha)}}},
               [=](L& b, Inputs& in) {
-                  b.initialize(in.w, in.h, 0), b.setFBOID(in(kBlack));
+                  b.initialize(in.w, in.h, 0);
+                  b.setFBOID(in(kBlack));
                   b.changePatternColorTextureID(in(kBlack));
                   b.setVelocityRadialTextureID(in(kBlack), in(still), in(Texel{102, 51, 0, 128}));
               }),
@@ -263,7 +277,8 @@ struct Table<KNDrawAdvectColorBrush> : Names<KNDrawAdvectColorBrush> {
                   const GLuint none = in(Texel{255, 255, 255, 0});
                   const GLuint pattern =
                       in(64, 64, [](int, int y) { return texel(y < 32 ? 200 : 0, 0, 0, 255); });
-                  b.initialize(in.w, in.h, 0), b.setFBOID(pattern);
+                  b.initialize(in.w, in.h, 0);
+                  b.setFBOID(pattern);
                   b.setVelocityRadialTextureID(none, none, none);
                   b.changePatternColorTextureID(pattern);
                   b.setBackgroundTextureID(in(64, 64, [](int x, int) {
@@ -275,7 +290,8 @@ struct Table<KNDrawAdvectColorBrush> : Names<KNDrawAdvectColorBrush> {
               [](L& b, Inputs&) {
                   b.initialize(720.9f, 64, 0);
                   b.setFBOID(kUnset);  // bound as it is
-                  b.setVelocityRadialTextureID(22, 23, 24), b.setBackgroundTextureID(25);
+                  b.setVelocityRadialTextureID(22, 23, 24);
+                  b.setBackgroundTextureID(25);
                   b.changePatternColorTextureID(26);
                   glDisable(GL_BLEND);
                   b.draw();
@@ -296,14 +312,18 @@ struct Table<KNDrawAdvectColorBrush> : Names<KNDrawAdvectColorBrush> {
 
 template <>
 struct Table<KNDrawBGAdvectColorBrush> : Names<KNDrawBGAdvectColorBrush> {
-    static void bad(L& b) { b.setBGTexture(nullptr, true), b.resizeSurface(0.5f, 10); }
+    static void bad(L& b) {
+        b.setBGTexture(nullptr, true);
+        b.resizeSurface(0.5f, 10);
+    }
     // The red ramp pulled along +u at full strength in the lower half, no field in the upper
     // half; the background: green 4 · row, blue, sampled nearest. Moved up by `dy`.
     static S advect(const char* name, float dy, std::vector<Probe> probes) {
         return {name, probes, [=](L& b, Inputs& in) {
                     auto rows = [](int, int y) { return texel(0, 4 * y, 255, 255); };
                     auto field = [](int, int y) { return texel(255, 128, 255, y < 32 ? 255 : 0); };
-                    b.initialize(in.w, in.h, 0), b.setFBOID(redRamp(in));
+                    b.initialize(in.w, in.h, 0);
+                    b.setFBOID(redRamp(in));
                     b.changeBGTextureID(in(64, 64, rows));
                     b.setVelocityRadialTextureID(in(Texel{128, 128, 0, 255}), in(64, 64, field));
                     b.setNoiseVectorScalar(0);
@@ -313,8 +333,10 @@ struct Table<KNDrawBGAdvectColorBrush> : Names<KNDrawBGAdvectColorBrush> {
     }
     static void scene(L& b, Inputs& in) {
         const Stock s = stock(in);
-        b.initialize(in.w, in.h, 0), b.setRadialVectorScalar(10);
-        b.setFBOID(s.checks), b.changeBGTextureID(s.gradient);
+        b.initialize(in.w, in.h, 0);
+        b.setRadialVectorScalar(10);
+        b.setFBOID(s.checks);
+        b.changeBGTextureID(s.gradient);
         b.setVelocityRadialTextureID(s.swirl, s.swirl);
     }
     static std::vector<S> rows() {
@@ -333,8 +355,10 @@ struct Table<KNDrawBGAdvectColorBrush> : Names<KNDrawBGAdvectColorBrush> {
               [](L& b, Inputs& in) {
                   b.initialize(in.w, in.h, 0);
                   const GLuint stone = namedTexture("stone", Texel{128, 128, 128, 255});
-                  b.setBGTexture("stone", false), b.setFBOID(31);
-                  b.setVelocityRadialTextureID(32, 33), b.setNoiseVectorScalar(2);
+                  b.setBGTexture("stone", false);
+                  b.setFBOID(31);
+                  b.setVelocityRadialTextureID(32, 33);
+                  b.setNoiseVectorScalar(2);
                   for (GLuint background : {stone, kUnset}) {
                       b.draw();
                       const GLuint program = b.getShaderManager()->getProgram();
@@ -351,14 +375,18 @@ struct Table<KNDrawBGAdvectColorBrush> : Names<KNDrawBGAdvectColorBrush> {
 template <>
 struct Table<KNDrawBGAdvectWaterBrush> : Names<KNDrawBGAdvectWaterBrush> {
     static void bad(L& b) {
-        b.setBGTexture(nullptr, true), b.initialize(1.0f / 0.0f, 64, 0);
-        b.resizeSurface(64, -1), b.setSize(0, 0);
+        b.setBGTexture(nullptr, true);
+        b.initialize(1.0f / 0.0f, 64, 0);
+        b.resizeSurface(64, -1);
+        b.setSize(0, 0);
     }
     // The red ramp advected over a black background after `tune`; the probe's red is 0.97 of
     // the ramp read `du` upstream.
     static S advect(const char* name, int x, Img noise, Texel field, double du, Tune<L> tune) {
         return S(name, {red(x, 30, near(0.97 * ramp(u64(x) + du)))}, [=](L& b, Inputs& in) {
-            b.initialize(in.w, in.h, 0), b.setFBOID(redRamp(in)), b.changeBGTextureID(in(kBlack));
+            b.initialize(in.w, in.h, 0);
+            b.setFBOID(redRamp(in));
+            b.changeBGTextureID(in(kBlack));
             tune(b);
             b.setVelocityRadialTextureID(noise(in), in(field));
         });
@@ -366,8 +394,11 @@ struct Table<KNDrawBGAdvectWaterBrush> : Names<KNDrawBGAdvectWaterBrush> {
     static void scene(L& b, Inputs& in) {
         const Stock s = stock(in);
         background();
-        b.initialize(in.w, in.h, 0), b.setBGTexture("bg", false), b.setRadialVectorScalar(10);
-        b.setVelocityRadialTextureID(s.gradient, s.swirl), b.setFBOID(s.checks);
+        b.initialize(in.w, in.h, 0);
+        b.setBGTexture("bg", false);
+        b.setRadialVectorScalar(10);
+        b.setVelocityRadialTextureID(s.gradient, s.swirl);
+        b.setFBOID(s.checks);
     }
     static std::vector<S> rows() {
         const Texel still{128, 128, 255, 255};  // no direction, near enough
@@ -382,7 +413,8 @@ struct Table<KNDrawBGAdvectWaterBrush> : Names<KNDrawBGAdvectWaterBrush> {
         const Tune<L> ns8 = [](L& b) { b.setNoiseVectorScalar(8); };
         const Tune<L> wide = [=](L& b) {  // a 2:1 "bg"
             namedTexture("bg", 128, 64, std::vector<uint8_t>(128 * 64 * 4, 0));
-            b.setBGTexture("bg", false), ns8(b);
+            b.setBGTexture("bg", false);
+            ns8(b);
         };
         return {
             full<L>("KNDrawBGAdvectWaterBrush", kNone, {backgroundLow(false)}, scene),
@@ -413,7 +445,10 @@ struct Table<KNDrawBGAdvectWaterBrush> : Names<KNDrawBGAdvectWaterBrush> {
 
 template <>
 struct Table<KNDrawMixColorBrush> : Names<KNDrawMixColorBrush> {
-    static void bad(L& b) { b.initialize(std::nanf(""), 64, 0), b.setBGTexture(nullptr, false); }
+    static void bad(L& b) {
+        b.initialize(std::nanf(""), 64, 0);
+        b.setBGTexture(nullptr, false);
+    }
     // The colour density ochre (0.6, 0.4, 0.2) over `base` by the mix alpha `a` (0.95 a⁴).
     static S ochre(const char* name, std::vector<Probe> probes, Tune<L> tune, uint8_t a = 255,
                    Img base = colour(kBlack)) {
@@ -426,7 +461,8 @@ struct Table<KNDrawMixColorBrush> : Names<KNDrawMixColorBrush> {
     }
     static void scene(L& b, Inputs& in) {
         const Stock s = stock(in);
-        b.initialize(in.w, in.h, 0), b.changeBGTextureID(s.gradient);
+        b.initialize(in.w, in.h, 0);
+        b.changeBGTextureID(s.gradient);
         b.setMixColorTextureID(s.blob, s.checks, s.gradient);
     }
     static std::vector<S> rows() {
@@ -435,8 +471,11 @@ struct Table<KNDrawMixColorBrush> : Names<KNDrawMixColorBrush> {
         const int p = byteOf(std::sqrt(0.56) * 0.95);
         const double a = unit(128), w = std::pow(a, 4.0) * 0.95;  // 0.0603
         auto grey = [](float red, float alpha) {
-            return Tune<L>(
-                [=](L& b) { tone(b, 0, red, 5, 0), b.setBrightWeight(9), b.setAlpha(alpha); });
+            return Tune<L>([=](L& b) {
+                tone(b, 0, red, 5, 0);
+                b.setBrightWeight(9);
+                b.setAlpha(alpha);
+            });
         };
         const Tune<L> plain = [](L& b) { tone(b, 1); };
         // Base rows 4 · y, drawn upside down (texture row v = 1 at the bottom).
@@ -476,11 +515,15 @@ struct Table<KNDrawMixColorBrush> : Names<KNDrawMixColorBrush> {
 
 template <>
 struct Table<KNDrawMixWaterBrush> : Names<KNDrawMixWaterBrush> {
-    static void bad(L& b) { b.setBGTexture(nullptr, false), b.initialize(64, 1e12f, 0); }
+    static void bad(L& b) {
+        b.setBGTexture(nullptr, false);
+        b.initialize(64, 1e12f, 0);
+    }
     // The density (0.8, 0.4, 0.2, 0.4) fully shown over blue, after `tune`.
     static S density(const char* name, Pixel expected, Tune<L> tune) {
         return S(name, {{30, 30, expected}}, [=](L& b, Inputs& in) {
-            b.initialize(in.w, in.h, 0), b.changeBGTextureID(in(Texel{0, 0, 255, 255}));
+            b.initialize(in.w, in.h, 0);
+            b.changeBGTextureID(in(Texel{0, 0, 255, 255}));
             b.setAlphaDensityTextureID(in(kBlack), in(Texel{204, 102, 51, 102}));
             tune(b);
         });
@@ -492,7 +535,8 @@ struct Table<KNDrawMixWaterBrush> : Names<KNDrawMixWaterBrush> {
             namedTexture("bg", 4, 2, texels(4, 2, [](int x, int) {
                              return texel(x == 0 ? 255 : 0, x % 3 ? 255 : 0, x == 3 ? 255 : 0, 255);
                          }));
-            b.initialize(in.w, in.h, 0), b.setBGTexture("bg", true);
+            b.initialize(in.w, in.h, 0);
+            b.setBGTexture("bg", true);
             if (resized) {
                 b.resizeSurface(in.w, in.h);  // forgets the background, bound as it is
             }
@@ -506,7 +550,8 @@ struct Table<KNDrawMixWaterBrush> : Names<KNDrawMixWaterBrush> {
     static void scene(L& b, Inputs& in) {
         const Stock s = stock(in);
         background();
-        b.initialize(in.w, in.h, 0), b.setBGTexture("bg", false);
+        b.initialize(in.w, in.h, 0);
+        b.setBGTexture("bg", false);
         b.setAlphaDensityTextureID(s.blob, s.gradient);
     }
     static std::vector<S> rows() {
@@ -538,8 +583,10 @@ struct Table<KNDrawMixWaterBrush> : Names<KNDrawMixWaterBrush> {
 template <>
 struct Table<KNDrawRadialColorBrush> : Names<KNDrawRadialColorBrush> {
     static void bad(L& b) {
-        b.setMaskTexture(nullptr), b.initialize(0, 64);
-        b.setSize(std::nanf(""), 10), b.resizeSurface(1e20f, 10);
+        b.setMaskTexture(nullptr);
+        b.initialize(0, 64);
+        b.setSize(std::nanf(""), 10);
+        b.resizeSurface(1e20f, 10);
     }
     // A 200 x 200 quad centred on (50.5, 32.5), or on (32.5, 50.5) when `up`, over the whole
     // surface; the mask "mask" (none when not given); the ratio, fade and time step.
@@ -556,13 +603,18 @@ struct Table<KNDrawRadialColorBrush> : Names<KNDrawRadialColorBrush> {
                 b.setMaskTexture("mask");
             }
             if (set) {
-                b.setRatio(set->rx, set->ry), b.setAlpha(set->alpha), b.setTimeStep(set->step);
+                b.setRatio(set->rx, set->ry);
+                b.setAlpha(set->alpha);
+                b.setTimeStep(set->step);
             }
         });
     }
     // 200 pixels left of the centre. Beyond about 256 pixels the squared length overflows
     // mediump where it is a half float (llvmpipe's is).
-    static void scene(L& b, Inputs& in) { centreDisc(b, in.w, in.h), b.setTimeStep(0.8f); }
+    static void scene(L& b, Inputs& in) {
+        centreDisc(b, in.w, in.h);
+        b.setTimeStep(0.8f);
+    }
     static std::vector<S> rows() {
         const std::vector<Probe> at{{340, 960, {153, 128, 204, 255}}, {5, 5, {0, 0, 0, 255}, 0}};
         const Texel faint{255, 255, 255, 102};  // coverage 0.4
@@ -601,14 +653,18 @@ struct Table<KNDrawRadialColorBrush> : Names<KNDrawRadialColorBrush> {
 template <>
 struct Table<KNDrawRadialWaterBrush> : Names<KNDrawRadialWaterBrush> {
     static void bad(L& b) {
-        b.setMaskTexture(nullptr), b.setGraphTexture(nullptr), b.initialize(64, 0);
+        b.setMaskTexture(nullptr);
+        b.setGraphTexture(nullptr);
+        b.initialize(64, 0);
     }
     // A 200 x 200 quad centred on (50.5, 32.5); the profile "tube": red 1 left, 64 / 255 right.
     static S field(const char* name, std::vector<Probe> probes, Tune<L> tune, Texel mask = kWhite) {
         return S(name, probes, [=](L& b, Inputs& in) {
             namedTexture("mask", mask);
             namedTexture("tube", 2, 1, {255, 0, 0, 255, 64, 0, 0, 255});
-            b.initialize(in.w, in.h), b.setMaskTexture("mask"), b.setGraphTexture("tube");
+            b.initialize(in.w, in.h);
+            b.setMaskTexture("mask");
+            b.setGraphTexture("tube");
             place(b, 200, 200, 50.5f, 32.5f);
             tune(b);
         });
@@ -621,7 +677,8 @@ struct Table<KNDrawRadialWaterBrush> : Names<KNDrawRadialWaterBrush> {
                          return Texel{byte(1 - std::abs(r - 0.15) * 10), 0, 0, 255};
                      }));
         centreDisc(b, in.w, in.h);
-        b.setGraphTexture("ring"), b.setTimeStep(1);
+        b.setGraphTexture("ring");
+        b.setTimeStep(1);
     }
     static std::vector<S> rows() {
         const std::vector<Probe> at{{378, 960, {153, 128, -1, -1}},
@@ -632,10 +689,17 @@ struct Table<KNDrawRadialWaterBrush> : Names<KNDrawRadialWaterBrush> {
             // 0.5 ± 0.1 with no core; strength the time step times the profile.
             field("points towards its centre without a core",
                   {{40, 32, {153, 128, 128, 255}}, red(49, 32, 153), {60, 32, {102, -1, 32, -1}}},
-                  [](L& b) { b.setRatio(1, 1), b.setTimeStep(0.5f); }),
+                  [](L& b) {
+                      b.setRatio(1, 1);
+                      b.setTimeStep(0.5f);
+                  }),
             field("each axis has its own ratio; the graph power and multiplier change nothing",
                   {red(40, 32, near(0.7 * 255)), {50, 2, {128, near(0.55 * 255), -1, -1}}},
-                  [](L& b) { b.setRatio(2, 0.5f), b.setGraphPow(7), b.setGraphMultiply(-3); }),
+                  [](L& b) {
+                      b.setRatio(2, 0.5f);
+                      b.setGraphPow(7);
+                      b.setGraphMultiply(-3);
+                  }),
         };
         for (const auto& [alpha, cover] : Fades{{-2, 0.4}, {0.25f, 0.3}, {1.5f, 0}}) {
             rows.push_back(field("clamps the fade", {{40, 32, {-1, -1, -1, near(cover * 255)}}},
@@ -648,8 +712,10 @@ struct Table<KNDrawRadialWaterBrush> : Names<KNDrawRadialWaterBrush> {
 template <>
 struct Table<KNDrawRadialColorBrushColor> : Names<KNDrawRadialColorBrushColor> {
     static void bad(L& b) {
-        b.setMaskTexture(nullptr), b.setColorTexture(nullptr);
-        b.setResolutionRatio(0), b.setSize(-5, 10);
+        b.setMaskTexture(nullptr);
+        b.setColorTexture(nullptr);
+        b.setResolutionRatio(0);
+        b.setSize(-5, 10);
     }
     // "palette": red, green / blue, white, bottom row first. "mask": the left half opaque, the
     // right half at 0.4. A 16 x 16 quad centred on (x, y), the palette over `ratio` screens.
@@ -658,7 +724,9 @@ struct Table<KNDrawRadialColorBrushColor> : Names<KNDrawRadialColorBrushColor> {
             namedTexture("palette", 2, 2,
                          {255, 0, 0, 255, 0, 255, 0, 255, 0, 0, 255, 255, 255, 255, 255, 255});
             namedTexture("mask", 2, 1, {0, 0, 0, 255, 0, 0, 0, 102});
-            b.initialize(in.w, in.h), b.setMaskTexture("mask"), b.setColorTexture("palette");
+            b.initialize(in.w, in.h);
+            b.setMaskTexture("mask");
+            b.setColorTexture("palette");
             if (ratio > 0) {
                 b.setResolutionRatio(ratio);
                 place(b, 16, 16, x, y);
@@ -669,7 +737,8 @@ struct Table<KNDrawRadialColorBrushColor> : Names<KNDrawRadialColorBrushColor> {
     static void scene(L& b, Inputs& in) {
         namedTexture("colours", 64, 64, texels(64, 64, gradient), true);
         centreDisc(b, in.w, in.h);
-        b.setColorTexture("colours"), b.setResolutionRatio(1);
+        b.setColorTexture("colours");
+        b.setResolutionRatio(1);
     }
     static std::vector<S> rows() {
         const std::vector<Probe> at{
@@ -692,7 +761,9 @@ struct Table<KNDrawRadialColorBrushColor> : Names<KNDrawRadialColorBrushColor> {
                    {{10, 60, red, 0}, {20, 40, red, 0}}),
             S("the reciprocals follow a new screen over the ratio", {},
               [](L& b, Inputs& in) {
-                  b.initialize(in.w, in.h), b.resizeSurface(32, 128), b.setResolutionRatio(0.5f);
+                  b.initialize(in.w, in.h);
+                  b.resizeSurface(32, 128);
+                  b.setResolutionRatio(0.5f);
                   EXPECT_FLOAT_EQ(b.getInvScreenX(), 1.0f / 16);
                   EXPECT_FLOAT_EQ(b.getInvScreenY(), 1.0f / 64);
               }),
@@ -773,15 +844,21 @@ struct Table<KNDrawBrilliantAdvect> : Names<KNDrawBrilliantAdvect> {
 
 template <>
 struct Table<KNDrawBrilliantRadial> : Names<KNDrawBrilliantRadial> {
-    static void bad(L& r) { r.initialize(0, 64), r.resizeSurface(64, 0), r.setSize(-1, 10); }
+    static void bad(L& r) {
+        r.initialize(0, 64);
+        r.resizeSurface(64, 0);
+        r.setSize(-1, 10);
+    }
     // A quad covering the odd surface (pixel (31, 31) samples its exact centre), `shape` and
     // `pattern` given, then `tune` and one draw.
     static S cover(
         const char* name, std::vector<Probe> probes, Img shape, Img pattern,
         Tune<L> tune = [](L&) {}, Target target = {63, 63, {255, 0, 255, 255}}) {
         return S(name, probes, target, [=](L& r, Inputs& in) {
-            r.initialize(in.w, in.h), r.setSize(in.w, in.h);
-            r.setPosition(in.w / 2.0f, in.h / 2.0f, 0), r.setAlphaShapeTextureID(shape(in));
+            r.initialize(in.w, in.h);
+            r.setSize(in.w, in.h);
+            r.setPosition(in.w / 2.0f, in.h / 2.0f, 0);
+            r.setAlphaShapeTextureID(shape(in));
             r.setPatternTextureID(pattern(in));
             tune(r);
         });
@@ -833,7 +910,13 @@ struct Table<KNDrawBrilliantRadial> : Names<KNDrawBrilliantRadial> {
                   solid, opaque, half, clear),
             cover(
                 "its blend option waits for the next draw", {{56, 31, {89, 64, 128, 128}}}, solid,
-                opaque, [=](L& r) { half(r), r.draw(), clearTo(kNone); }, clear),
+                opaque,
+                [=](L& r) {
+                    half(r);
+                    r.draw();
+                    clearTo(kNone);
+                },
+                clear),
             cover("masks with the screen alpha shape times the pattern",
                   blues(63, 63, {128, 64, 32, 0}),
                   quadrants({255, 0, 0, 255}, {128, 0, 0, 255}, {64, 0, 0, 255}, kBlack),
@@ -860,18 +943,25 @@ struct Table<KNDrawBrilliantRadial> : Names<KNDrawBrilliantRadial> {
 
 template <>
 struct Table<KNDrawBrilliantRing> : Names<KNDrawBrilliantRing> {
-    static void bad(L& r) { r.initialize(0, 0), r.setSize(0, 10), r.resizeSurface(10, -10); }
+    static void bad(L& r) {
+        r.initialize(0, 0);
+        r.setSize(0, 10);
+        r.resizeSurface(10, -10);
+    }
     // A ring over the surface writing its output unblended, at `alpha` (1 unless given), from
     // background, shine, diamond, alpha map and blur.
     static S ring(const char* name, std::array<Img, 5> images, std::vector<Probe> probes,
                   float alpha = -1, Texel clear = kNone) {
         return S(name, probes, {64, 64, clear}, [=](L& r, Inputs& in) {
-            r.initialize(in.w, in.h), r.setBlendOption(GL_ONE, GL_ZERO);
+            r.initialize(in.w, in.h);
+            r.setBlendOption(GL_ONE, GL_ZERO);
             if (alpha >= 0) {
                 r.setAlpha(alpha);
             }
-            r.setBackgroundTextureID(images[0](in)), r.setShineTextureID(images[1](in));
-            r.setDiamondTextureID(images[2](in)), r.setAlphaTextureID(images[3](in));
+            r.setBackgroundTextureID(images[0](in));
+            r.setShineTextureID(images[1](in));
+            r.setDiamondTextureID(images[2](in));
+            r.setAlphaTextureID(images[3](in));
             r.setBlurTextureID(images[4](in));
         });
     }
@@ -887,9 +977,12 @@ struct Table<KNDrawBrilliantRing> : Names<KNDrawBrilliantRing> {
         const GLuint shine = streaks(advect, in, shape);
         advect.draw();
         in.target(in.w, in.h);
-        r.initialize(in.w, in.h), r.setBackgroundTextureID(in(64, 64, gradient, GL_LINEAR));
-        r.setShineTextureID(shine), r.setDiamondTextureID(black);
-        r.setAlphaTextureID(shape), r.setBlurTextureID(black);
+        r.initialize(in.w, in.h);
+        r.setBackgroundTextureID(in(64, 64, gradient, GL_LINEAR));
+        r.setShineTextureID(shine);
+        r.setDiamondTextureID(black);
+        r.setAlphaTextureID(shape);
+        r.setBlurTextureID(black);
     }
     static std::vector<S> rows() {
         const Img o = colour(kBlack), solid = colour({255, 0, 0, 255}),
@@ -979,7 +1072,8 @@ TYPED_TEST(EveryLayerTest, DrawsTheSamePixelsAfterALostContextAndANewInitialize)
     EXPECT_GT(colours.size(), 2u);
 
     this->loseContext();
-    KNTextureManager::getInstancePtr()->contextChanged(), layer.contextChanged();
+    KNTextureManager::getInstancePtr()->contextChanged();
+    layer.contextChanged();
     glViewport(0, 0, 64, 64);
     clearTo(kNone);
     {

@@ -65,7 +65,8 @@ inline void clearTo(Texel c) {
 inline std::unique_ptr<Kinetra::KNFBO> boundTarget(int width, int height, Texel c = {0, 0, 0, 0}) {
     auto target = std::make_unique<Kinetra::KNFBO>();
     target->setClearColor(unit(c[0]), unit(c[1]), unit(c[2]), unit(c[3]));
-    target->createFBOSurface(width, height), target->bindFBOSurface();
+    target->createFBOSurface(width, height);
+    target->bindFBOSurface();
     return target;
 }
 
@@ -118,7 +119,9 @@ class Inputs {
 // Centres a brush's w x h quad on (x, y).
 template <typename Brush>
 void place(Brush& brush, float w, float h, float x, float y) {
-    brush.setRectAlign(1), brush.setSize(w, h), brush.setPosition(x, y, 0);
+    brush.setRectAlign(1);
+    brush.setSize(w, h);
+    brush.setPosition(x, y, 0);
 }
 
 // Uploads RGBA bytes through KNTextureManager under `name`, filtered nearest or linearly.
