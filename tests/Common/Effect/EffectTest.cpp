@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <glm/glm.hpp>
 #include <glm/gtc/epsilon.hpp>
+#include <vector>
 
 #include "Common/Effect/AnimationManager.h"
 #include "Common/Effect/EventHolder.h"
@@ -24,18 +25,18 @@ TEST_F(EffectTest, InitSetsAnOrthoProjectionOverTheScreenAndTheErrorTexture) {
     EXPECT_TRUE(glm::all(glm::epsilonEqual(glm::vec2(projection * glm::vec4(720, 1280, 0, 1)),
                                            glm::vec2(1, 1), 1e-6f)));
     EXPECT_EQ(projection[2][2], -0.001f);
-    EXPECT_TRUE(*vi::Drawable::mViewMatrix == glm::mat4(1.0f) && !effect.mIsLandscape);
+    EXPECT_EQ(*vi::Drawable::mViewMatrix, glm::mat4(1.0f));
+    EXPECT_FALSE(effect.mIsLandscape);
     EXPECT_EQ(effect.mInvScreenSize, glm::vec2(1.0f / 720, 1.0f / 1280));
     ASSERT_EQ(effect.mTextureList.back(), effect.mErrorTexture);
-    EXPECT_TRUE(effect.mErrorTexture->mWidth == 2u && effect.mErrorTexture->mIsRepeat);
+    EXPECT_EQ(std::pair(effect.mErrorTexture->mWidth, effect.mErrorTexture->mIsRepeat),
+              std::pair(2u, true));
     EXPECT_TRUE(effect.mIsReady);
 
     effect.setPerspectiveProjection();  // a fixed field of view
     EXPECT_FLOAT_EQ(projection[0][0], 1.0f / 0.55785173f * 1280 / 720);
-    EXPECT_EQ(projection[1][1], 1.792591f);
-    EXPECT_EQ(projection[2][3], -1.0f);
-    EXPECT_EQ(projection[3][2], -2.0002f);
-    EXPECT_EQ(projection[3][3], 0.0f);
+    EXPECT_EQ((std::vector{projection[1][1], projection[2][3], projection[3][2], projection[3][3]}),
+              (std::vector{1.792591f, -1.0f, -2.0002f, 0.0f}));
 }
 
 int64_t nowNanoseconds() {
@@ -50,7 +51,7 @@ class TimerTest : public ::testing::Test {
     void TearDown() override { Timer::restart(); }
 };
 
-TEST_F(TimerTest, PauseTwiceKeepsTheFirstTimeAndResumeWithoutPauseDoesNothing) {
+TEST_F(TimerTest, PauseTwiceKeepsTheFirstTimeAndResumeMovesTheOriginBackByThePause) {
     EXPECT_LT(vi::IAnimationManager::mNow, 0.01f);  // restarted at zero
     Timer::mStartingCnt.tv_sec -= 5;                // five seconds in
     Timer::resume();                                // not paused: nothing
@@ -61,12 +62,10 @@ TEST_F(TimerTest, PauseTwiceKeepsTheFirstTimeAndResumeWithoutPauseDoesNothing) {
     Timer::pause();
     EXPECT_EQ(Timer::mPausedTime, paused);
     EXPECT_EQ(Timer::read(), paused);
-}
 
-// Resume puts the origin `paused` seconds before now, the nanoseconds as (int)(paused * 1e9),
-// saturated at 2^31 - 1. A negative nanosecond difference borrows a second and stores
-// 16 minus the difference, so the origin can be read back to the time of the resume.
-TEST_F(TimerTest, ResumeKeepsItsArithmetic) {
+    // Resume puts the origin `paused` seconds before now, the nanoseconds as (int)(paused *
+    // 1e9), saturated at 2^31 - 1. A negative nanosecond difference borrows a second and stores
+    // 16 minus the difference, so the origin can be read back to the time of the resume.
     const struct {
         float paused;
         int64_t nanoseconds;
@@ -120,7 +119,8 @@ TEST_F(TimerTest, ManagerUpdatesEveryAnimationAndAnswersWhetherOneRuns) {
     EXPECT_EQ(first.seen.size(), 1u);
     EXPECT_TRUE(manager.isAnimating());
     manager.stopAll();
-    EXPECT_FALSE(manager.isAnimating() || second.running);
+    EXPECT_FALSE(second.running);
+    EXPECT_FALSE(manager.isAnimating());
 }
 
 }  // namespace

@@ -2,17 +2,68 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <sstream>
+#include <string>
 #include <thread>
+#include <vector>
 
+#include "Common/Effect/Effect.h"
+#include "Common/Effect/IAnimationManager.h"
 #include "Common/Effect/Timer.h"
+#include "Common/Native/Host.h"
 #include "Common/Renderer/Base/ModelObject.h"
 #include "Common/Renderer/Base/Texture.h"
-#include "tests/Common/Native/HostFixture.h"
+#include "tests/effects/RecordingEffect.h"
+#include "tests/support/GLTest.h"
+#include "tests/support/LogCapture.h"
 
 namespace {
 
 using namespace qam::test;
 using vi::Host;
+
+using Calls = std::vector<std::string>;
+
+// Hosts the recording effect on the fixture's context through the same calls Java makes.
+class HostTest : public GLTest {
+  protected:
+    void SetUp() override {
+        GLTest::SetUp();
+        vi::Host::destroy(mSlot);  // also empties the stored parameters
+        recordingEffectReset();
+    }
+    void TearDown() override { vi::Host::destroy(mSlot); }
+
+    // loadEffect of `path`, the recording effect by default.
+    bool load(const char* path = RECORDING_EFFECT_PATH, Calls* names = nullptr) {
+        Calls ignored;
+        return vi::Host::loadEffect(mSlot, path, names != nullptr ? *names : ignored);
+    }
+    // loadEffect of the recording effect, then init for the fixture's surface.
+    void start() {
+        ASSERT_TRUE(load());
+        vi::Host::init(mSlot, kWidth, kHeight, false);
+    }
+    // The hook calls of the recording effect so far, one per element.
+    static Calls calls() {
+        std::istringstream all(recordingEffectCalls());
+        Calls lines;
+        for (std::string line; std::getline(all, line);) {
+            lines.push_back(line);
+        }
+        return lines;
+    }
+    // The calls since the last reset, then a reset.
+    static Calls takeCalls() {
+        Calls lines = calls();
+        recordingEffectReset();
+        return lines;
+    }
+
+    vi::Effect* effect() { return mSlot.get(); }
+
+    vi::HostInstance mSlot;
+};
 
 using HostLifecycleTest = HostTest;
 
@@ -63,7 +114,7 @@ class BareEffect : public vi::Effect {
     bool draw() override { return true; }
 };
 
-TEST_F(HostLifecycleTest, DrawWantsMoreFramesWhileAnAnimationRuns) {
+TEST_F(HostLifecycleTest, DrawWantsMoreFramesWhileAnAnimationRunsUntilDestroyed) {
     start();
     EXPECT_FALSE(Host::draw(mSlot));
     const int key = 100;
@@ -71,22 +122,13 @@ TEST_F(HostLifecycleTest, DrawWantsMoreFramesWhileAnAnimationRuns) {
     Host::setParameters(mSlot, &key, &minute, 1);
     EXPECT_TRUE(Host::draw(mSlot));
     EXPECT_TRUE(Host::draw(mSlot));
+    Host::destroy(mSlot);  // forgets the parameters: the next effect starts still
+    start();
+    EXPECT_FALSE(Host::draw(mSlot));
     Host::destroy(mSlot);
     mSlot.set(new BareEffect());
     Host::init(mSlot, kWidth, kHeight, false);
     EXPECT_TRUE(Host::draw(mSlot));
-}
-
-TEST_F(HostLifecycleTest, PauseFreezesTheClockUntilResume) {
-    start();
-    Host::pauseAnimation();
-    Host::draw(mSlot);
-    const float frozen = vi::IAnimationManager::mNow;
-    Host::pauseAnimation();  // a second pause keeps the first time
-    Host::draw(mSlot);
-    EXPECT_EQ(vi::IAnimationManager::mNow, frozen);
-    Host::resumeAnimation();
-    EXPECT_FALSE(vi::Timer::mIsPaused);
 }
 
 // An initialised recording effect that has drawn its first frame.
@@ -138,7 +180,7 @@ TEST_F(RunningHostTest, MovesFollowOnlyAPressedPointerAndClearReleasesEveryPoint
     deliver();
     EXPECT_EQ(effect()->mTouchStart, glm::vec2(0.25f, 0.25f));
     EXPECT_EQ(effect()->mTouchCurrent, glm::vec2(0.5f, 0.5f));
-    EXPECT_TRUE(effect()->mIsTouched && effect()->mIsSecondTouched);
+    EXPECT_EQ(std::pair(effect()->mIsTouched, effect()->mIsSecondTouched), std::pair(true, true));
     Host::onTouch(mSlot, 48, 16, 1);      // up at (0.75, 0.75)
     Host::onTouch(mSlot, 0, 64, 2);       // move while released: hook only
     Host::clear(mSlot);                   // releases every pointer at its last position
@@ -150,7 +192,7 @@ TEST_F(RunningHostTest, MovesFollowOnlyAPressedPointerAndClearReleasesEveryPoint
                      "onTouchUp 0.75 0.75", "onSecondTouchUp 0.75 0.75", "onThirdTouchUp 0 0",
                      "onClear", "onShowAffordance 0.5 0.75", "onShowUnlock"}));
     EXPECT_EQ(effect()->mTouchCurrent, glm::vec2(0.75f, 0.75f));
-    EXPECT_FALSE(effect()->mIsTouched || effect()->mIsSecondTouched);
+    EXPECT_EQ(std::pair(effect()->mIsTouched, effect()->mIsSecondTouched), std::pair(false, false));
 }
 
 TEST_F(RunningHostTest, ReloadingANameSwapsPixelsInTheSameTextureAndNullRemovesIt) {
@@ -159,8 +201,9 @@ TEST_F(RunningHostTest, ReloadingANameSwapsPixelsInTheSameTextureAndNullRemovesI
     int32_t first[4] = {0, 0, 0, 0};
     Host::loadTexture(mSlot, "noise", first, 4, 2, 2);
     vi::Texture* loaded = texture("noise");
-    int32_t second[1] = {0x7F00FF00};
+    int32_t second[1] = {0x7F3366CC};
     Host::loadTexture(mSlot, "noise", second, 1, 1, 1);  // not ready: no hook
+    EXPECT_EQ(uint32_t(second[0]), 0x7FCC6633u);         // Java's array swapped to RGBA, alpha kept
     EXPECT_EQ(texture("noise"), loaded);
     EXPECT_EQ(loaded->mTexelSize, glm::vec2(1.0f, 1.0f));
     Host::init(mSlot, kWidth, kHeight, false);
@@ -206,6 +249,18 @@ TEST_F(RunningHostTest, ModelsAreParsedIntoTheEffectsMapAndRemovedByName) {
     Host::loadModel(mSlot, "cube", model, sizeof model);
     Host::loadModel(mSlot, "cube", model, sizeof model);  // replaces without a double free
     delete effect()->mModels["cube"];
+}
+
+TEST_F(RunningHostTest, PauseFreezesTheClockUntilResume) {
+    Host::pauseAnimation();
+    Host::draw(mSlot);
+    const float frozen = vi::IAnimationManager::mNow;
+    Host::pauseAnimation();  // a second pause keeps the first time
+    Host::draw(mSlot);
+    EXPECT_EQ(vi::IAnimationManager::mNow, frozen);
+    Host::resumeAnimation();
+    Host::resumeAnimation();  // no pause: nothing
+    EXPECT_FALSE(vi::Timer::mIsPaused);
 }
 
 using HostThreadsTest = HostTest;

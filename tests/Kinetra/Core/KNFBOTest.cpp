@@ -24,8 +24,8 @@ TEST_F(KNFBOTest, RenderedIntoThenSampledAsATexture) {
     fbo.createFBOSurface(kSize, kSize);
     EXPECT_EQ(get(GL_FRAMEBUFFER_BINDING), 0);
     EXPECT_EQ(get(GL_TEXTURE_BINDING_2D), static_cast<GLint>(fbo.getFBOTexture()));
-    EXPECT_EQ(texParameter(GL_TEXTURE_WRAP_S) + texParameter(GL_TEXTURE_MAG_FILTER),
-              GL_CLAMP_TO_EDGE + GL_LINEAR);
+    EXPECT_EQ(std::pair(texParameter(GL_TEXTURE_WRAP_S), texParameter(GL_TEXTURE_MAG_FILTER)),
+              std::pair(GLint{GL_CLAMP_TO_EDGE}, GLint{GL_LINEAR}));
     fbo.bindFBOSurface();
     EXPECT_EQ(get(GL_FRAMEBUFFER_BINDING), static_cast<GLint>(fbo.getFBOHandler()));
     EXPECT_EQ(viewport(), (std::vector<GLint>{0, 0, kSize, kSize}));
@@ -35,8 +35,7 @@ TEST_F(KNFBOTest, RenderedIntoThenSampledAsATexture) {
     EXPECT_EQ(get(GL_FRAMEBUFFER_BINDING), 0);
     EXPECT_EQ(viewport(), (std::vector<GLint>{0, 0, kWidth, kHeight}));
     show(fbo.getFBOTexture());
-    EXPECT_EQ(pixel(5, 30), kRed);
-    EXPECT_EQ(pixel(58, 30), kBlue);
+    EXPECT_EQ(std::pair(pixel(5, 30), pixel(58, 30)), std::pair(kRed, kBlue));
 
     // Options apply when a surface is made.
     Kinetra::KNFBO options;
@@ -44,11 +43,10 @@ TEST_F(KNFBOTest, RenderedIntoThenSampledAsATexture) {
     options.setFBOTextureMagFilterOption(GL_NEAREST);
     options.setFBOTextureDataType(GL_UNSIGNED_SHORT_4_4_4_4);
     options.createFBOSurface(kSize, kSize);
-    for (GLenum name :
-         {GL_TEXTURE_WRAP_S, GL_TEXTURE_WRAP_T, GL_TEXTURE_MIN_FILTER, GL_TEXTURE_MAG_FILTER}) {
-        EXPECT_EQ(texParameter(name),
-                  name == GL_TEXTURE_WRAP_S || name == GL_TEXTURE_WRAP_T ? GL_REPEAT : GL_NEAREST);
-    }
+    EXPECT_EQ((std::vector<GLint>{texParameter(GL_TEXTURE_WRAP_S), texParameter(GL_TEXTURE_WRAP_T),
+                                  texParameter(GL_TEXTURE_MIN_FILTER),
+                                  texParameter(GL_TEXTURE_MAG_FILTER)}),
+              (std::vector<GLint>{GL_REPEAT, GL_REPEAT, GL_NEAREST, GL_NEAREST}));
     options.bindFBOSurface();
     EXPECT_EQ(get(GL_RED_BITS), 4);
 }
@@ -59,7 +57,8 @@ TEST_F(KNFBOTest, DepthBufferIsMadeOnceClearedWithTheSurfaceAndKeptWhileOff) {
     GLCallCounter calls;
     fbo.enableFBODepthBuffer();
     fbo.enableFBODepthBuffer();
-    EXPECT_EQ(calls.count("glGenRenderbuffers") + calls.count("glRenderbufferStorage"), 2);
+    EXPECT_EQ(std::pair(calls.count("glGenRenderbuffers"), calls.count("glRenderbufferStorage")),
+              std::pair(1, 1));
     fbo.bindFBOSurface();
     const GLint depth = depthAttachment();
     ASSERT_GT(depth, 0);
@@ -78,12 +77,12 @@ TEST_F(KNFBOTest, DepthBufferIsMadeOnceClearedWithTheSurfaceAndKeptWhileOff) {
     EXPECT_TRUE(glIsRenderbuffer(static_cast<GLuint>(depth)));
     fbo.enableFBODepthBuffer();  // on again: the same renderbuffer
     fbo.bindFBOSurface();
-    EXPECT_EQ(depthAttachment(), depth);
-    EXPECT_EQ(calls.count("glGenRenderbuffers"), 1);
+    EXPECT_EQ(std::pair(depthAttachment(), calls.count("glGenRenderbuffers")), std::pair(depth, 1));
     glDisable(GL_DEPTH_TEST);
 
     fbo.resizeFBOSurface(kSize, kSize);  // the same size: nothing to do
-    EXPECT_EQ(calls.count("glTexImage2D") + calls.count("glRenderbufferStorage"), 1);
+    EXPECT_EQ(std::pair(calls.count("glTexImage2D"), calls.count("glRenderbufferStorage")),
+              std::pair(0, 1));
     fbo.resizeFBOSurface(8, 4);  // another: new storage for the texture and the depth
     fbo.bindFBOSurface();
     EXPECT_EQ(viewport(), (std::vector<GLint>{0, 0, 8, 4}));
@@ -97,8 +96,9 @@ TEST_F(KNFBOTest, DepthBufferIsMadeOnceClearedWithTheSurfaceAndKeptWhileOff) {
     const unsigned framebuffer = fbo.getFBOHandler(), texture = fbo.getFBOTexture();
     fbo.destroyFBOSurface();
     fbo.destroyFBOSurface();  // twice is harmless
-    EXPECT_FALSE(glIsFramebuffer(framebuffer) || glIsTexture(texture) ||
-                 glIsRenderbuffer(static_cast<GLuint>(depth)));
+    EXPECT_EQ((std::vector<GLboolean>{glIsFramebuffer(framebuffer), glIsTexture(texture),
+                                      glIsRenderbuffer(static_cast<GLuint>(depth))}),
+              std::vector<GLboolean>(3, GL_FALSE));
     EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_NO_ERROR));
 }
 
@@ -108,7 +108,7 @@ TEST_F(KNFBOTest, AContextChangeForgetsWithoutDeletingAndEmptySizesAreRefused) {
     fbo.createFBOSurface(kSize, kSize);
     const unsigned kept = fbo.getFBOHandler();
     fbo.contextChanged();
-    EXPECT_EQ(fbo.getFBOHandler() + fbo.getFBOTexture(), 0u);
+    EXPECT_EQ(std::pair(fbo.getFBOHandler(), fbo.getFBOTexture()), std::pair(0u, 0u));
     EXPECT_TRUE(glIsFramebuffer(kept));
     glDeleteFramebuffers(1, &kept);
     loseContext();

@@ -37,9 +37,8 @@ const Curve kCurves[] = {
     {"SinOut33", SinOut33::getInterpolation, {0, 0.386f, 0.645f, 0.645f, 0.962f, 1}},
 };
 
-// Each segment starts exactly at its start value (at the float segment widths 0.5,
-// 0x3EAAAAAB and 0.2), passes a quarter-half-quarter blend of its points halfway and the
-// curve ends at 1.
+// Each segment starts exactly at its start value (at float widths 0.5, 0x3EAAAAAB, 0.2) and
+// passes a quarter-half-quarter blend of its points halfway; the curve ends at 1.
 TEST(KNInterpolator, EverySegmentIsAParabolaThroughItsTable) {
     for (const Curve& curve : kCurves) {
         const int n = static_cast<int>(curve.table.size()) / 3;
@@ -63,11 +62,9 @@ TEST(KNInterpolator, WorkedValuesJumpsAndProgressOutsideTheRange) {
     // 0.645 + (2 * 0.355 + 2 * 0.317 * -1) * 2 = 0.797.
     EXPECT_NEAR(SinOut33::getInterpolation(1.5f), 0.797f, 1e-6f);
     EXPECT_NEAR(SineInOut50::getInterpolation(0.4999f), 0.628f, 1e-3f);
-    EXPECT_GT(SineInOut50::getInterpolation(0.4999f), 0.62f);
     EXPECT_NEAR(SineInOut90::getInterpolation(0.3999f), 0.72f, 1e-3f);
     EXPECT_NEAR(SineInOut90::getInterpolation(0.5999f), 0.905f, 1e-3f);
-    // Below zero (or NaN) is logged and taken as zero; a huge progress stays in the last
-    // segment without overflowing the segment index.
+    // Below zero or NaN: logged, taken as zero. A huge progress does not overflow the index.
     LogCapture log;
     EXPECT_EQ(QuintOut80::getInterpolation(-0.25f), 0.04f);
     EXPECT_EQ(SineInOut90::getInterpolation(-3.0f), 0.0f);

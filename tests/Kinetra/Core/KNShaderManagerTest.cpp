@@ -12,7 +12,7 @@ const char* const kBroken = "void main() { this is not glsl }\n";
 const char* const kNeedsVarying =
     "precision mediump float;\nvarying vec4 vTint;\nvoid main() { gl_FragColor = vTint; }\n";
 
-TEST_F(KNShaderManagerTest, IdsMapToTheLocationsOfTheirFirstEntry) {
+TEST_F(KNShaderManagerTest, IdsMapToTheLocationsOfTheirFirstEntryAndNullTextIsDropped) {
     KNShaderManager shader;
     LogCapture log;
     shader.addUniform(1, "uColor");  // without a program nothing is stored
@@ -30,8 +30,20 @@ TEST_F(KNShaderManagerTest, IdsMapToTheLocationsOfTheirFirstEntry) {
     EXPECT_EQ(shader.getAttribute(7), glGetAttribLocation(program, "aPosition"));
     EXPECT_EQ(shader.getUniform(1), glGetUniformLocation(program, "uColor"));
     EXPECT_EQ(shader.getUniform(2), glGetUniformLocation(program, "uDepth"));
-    EXPECT_NE(shader.getUniform(1), shader.getUniform(2));
     EXPECT_EQ(shader.getUniform(3), -1);
+    shader.addAttribute(1, nullptr);  // null text is dropped with a log line
+    shader.addUniform(1, nullptr);
+    EXPECT_EQ(std::pair(shader.getAttributeLoc(nullptr), shader.getUniformLoc(nullptr)),
+              std::pair(0, 0));
+    shader.printGLErrorLog(program, 2);  // an unknown kind of object
+    KNShaderManager empty;
+    empty.createProgram(nullptr, kSolid);
+    EXPECT_EQ(empty.getProgram(), 0u);
+    const GLuint shaderName = glCreateShader(GL_VERTEX_SHADER);
+    EXPECT_EQ(shader.compileShader(shaderName, nullptr), 0);
+    EXPECT_TRUE(glIsShader(shaderName));
+    glDeleteShader(shaderName);
+    EXPECT_EQ(log.messages().size(), 8u);
 
     shader.reset();                           // deletes the program once and empties the tables
     EXPECT_EQ(shader.getProgram(), program);  // stale until the next createProgram
@@ -53,7 +65,8 @@ TEST_F(KNShaderManagerTest, FailedBuildsLeaveNoProgramOrTheStaleNameOfADeletedOn
     EXPECT_FALSE(glIsShader(probe + 1));  // the vertex shader deleted itself
     GLint compiled = GL_TRUE;             // the fragment shader was never compiled nor freed
     glGetShaderiv(probe + 2, GL_COMPILE_STATUS, &compiled);
-    EXPECT_TRUE(glIsShader(probe + 2) && compiled == GL_FALSE);
+    EXPECT_EQ(std::pair(glIsShader(probe + 2), compiled),
+              std::pair(GLboolean{GL_TRUE}, GLint{GL_FALSE}));
     glDeleteShader(probe + 2);
     glDeleteShader(probe);
     shader.createProgram(kQuadVertex, kBroken);
@@ -61,39 +74,13 @@ TEST_F(KNShaderManagerTest, FailedBuildsLeaveNoProgramOrTheStaleNameOfADeletedOn
 
     shader.createProgram(kQuadVertex, kNeedsVarying);
     const GLuint stale = shader.getProgram();
-    EXPECT_TRUE(stale != 0 && !glIsProgram(stale));
+    EXPECT_NE(stale, 0u);
+    EXPECT_FALSE(glIsProgram(stale));
     EXPECT_TRUE(log.messages().empty());  // the info logs are fetched and dropped
     shader.addAttribute(1, "aPosition");  // GL rejects the stale name
     EXPECT_EQ(shader.getAttribute(1), -1);
     while (glGetError() != GL_NO_ERROR) {
     }
-}
-
-TEST_F(KNShaderManagerTest, ContextChangeForgetsTheProgramWithoutDeletingItAndNullTextIsDropped) {
-    KNShaderManager shader;
-    shader.createProgram(kQuadVertex, kSolid);
-    const GLuint first = shader.getProgram();
-    shader.contextChanged();
-    EXPECT_EQ(shader.getProgram(), 0u);
-    EXPECT_TRUE(glIsProgram(first));
-    glDeleteProgram(first);
-    loseContext();
-    shader.createProgram(kQuadVertex, kSolid);
-    EXPECT_TRUE(glIsProgram(shader.getProgram()));
-
-    LogCapture log;  // null text is dropped with a log line
-    KNShaderManager empty;
-    empty.createProgram(nullptr, kSolid);
-    EXPECT_EQ(empty.getProgram(), 0u);
-    const GLuint shaderName = glCreateShader(GL_VERTEX_SHADER);
-    EXPECT_EQ(shader.compileShader(shaderName, nullptr), 0);
-    EXPECT_TRUE(glIsShader(shaderName));
-    glDeleteShader(shaderName);
-    shader.addAttribute(1, nullptr);
-    shader.addUniform(1, nullptr);
-    EXPECT_EQ(shader.getAttributeLoc(nullptr) + shader.getUniformLoc(nullptr), 0);
-    shader.printGLErrorLog(shader.getProgram(), 2);  // an unknown kind of object
-    EXPECT_EQ(log.messages().size(), 7u);
 }
 
 }  // namespace

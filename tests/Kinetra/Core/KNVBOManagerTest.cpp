@@ -10,7 +10,6 @@ using KNVBOManagerTest = CoreTest;
 TEST_F(KNVBOManagerTest, SevenNamesAreMadeOnceAndDeletedOnRelease) {
     GLCallCounter calls;
     KNVBOManager* vbo = KNVBOManager::getInstancePtr();
-    EXPECT_EQ(KNVBOManager::getInstancePtr(), vbo);
     const std::set<unsigned int> names = {
         vbo->getVertexBufferID(),  vbo->getNormalBufferID(), vbo->getHeightBufferID(),
         vbo->getTangentBufferID(), vbo->getUVBufferID(),     vbo->getColorBufferID(),

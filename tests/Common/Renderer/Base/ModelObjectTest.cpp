@@ -69,7 +69,8 @@ void adopt(ModelObject& model, const Bytes& bytes) {
     model.setBuffer(bytes.data(), static_cast<unsigned>(bytes.size()));
 }
 
-TEST(ModelObjectTest, FillDrawableCopiesTheModelAndSkipsThePerVertexBlock) {
+TEST(ModelObjectTest,
+     FillDrawableCopiesTheModelSkipsThePerVertexBlockAndScaleTouchesPositionsOnly) {
     ModelObject model;
     adopt(model, modelFile(kQuad));
     Drawable drawable = usedDrawable();
@@ -84,28 +85,22 @@ TEST(ModelObjectTest, FillDrawableCopiesTheModelAndSkipsThePerVertexBlock) {
     EXPECT_TRUE(drawable.mIsTextureCoordsStatic);
     EXPECT_FALSE(drawable.mIsIndicesChanged);  // left to the renderer's constructor
 
+    model.scale(2);  // positions only: the rest of the buffer is as it was
+    model.fillDrawable(drawable);
+    for (size_t i = 0; i < kQuad.positions.size(); ++i) {
+        EXPECT_EQ(drawable.mPositions3[i], kQuad.positions[i] * 2.0f);
+    }
+    const size_t positionsEnd = 8 + 12 * kQuad.positions.size();
+    const Bytes bytes = modelFile(kQuad), scaled = bytesOf(model);
+    EXPECT_EQ(Bytes(scaled.begin() + positionsEnd, scaled.end()),
+              Bytes(bytes.begin() + positionsEnd, bytes.end()));
+
     ModelObject appended;  // a second buffer is appended: the first header still holds
     adopt(appended, header(0, 0));
     adopt(appended, modelFile(kQuad));
     EXPECT_EQ(appended.getLength(), 8 + modelFile(kQuad).size());
     appended.fillDrawable(drawable);
     EXPECT_TRUE(drawable.mPositions3.empty() && drawable.mIndices.empty());
-}
-
-TEST(ModelObjectTest, ScaleMultipliesPositionsOnly) {
-    const Bytes bytes = modelFile(kQuad);
-    ModelObject model;
-    adopt(model, bytes);
-    model.scale(2);
-    Drawable drawable;
-    model.fillDrawable(drawable);
-    for (size_t i = 0; i < kQuad.positions.size(); ++i) {
-        EXPECT_EQ(drawable.mPositions3[i], kQuad.positions[i] * 2.0f);
-    }
-    const size_t positionsEnd = 8 + 12 * kQuad.positions.size();  // the rest is as it was
-    const Bytes scaled = bytesOf(model);
-    EXPECT_EQ(Bytes(scaled.begin() + positionsEnd, scaled.end()),
-              Bytes(bytes.begin() + positionsEnd, bytes.end()));
 }
 
 // Buffers that do not hold the model their header declares: nothing is read past the end,

@@ -33,6 +33,9 @@ inline constexpr const char* kSampleVertex =
 inline constexpr const char* kSampleFragment =
     "precision mediump float; uniform sampler2D uTexture; varying vec2 vCoord;\n"
     "void main() { gl_FragColor = texture2D(uTexture, vCoord); }";
+inline constexpr const char* kMvpVertex =
+    "attribute vec3 aPosition; uniform mat4 uModelViewProjectionMatrix;\n"
+    "void main() { gl_Position = uModelViewProjectionMatrix * vec4(aPosition, 1.0); }";
 inline const glm::vec4 kRed(1, 0, 0, 1), kGreen(0, 1, 0, 1), kBlue(0, 0, 1, 1);
 
 // A GL test acting as one effect: its own renderer, texture and program lists, identity
@@ -61,13 +64,20 @@ class RenderCoreTest : public GLTest {
     vi::ShaderProgram& program(const char* vertex, const char* fragment) {
         return *vi::ShaderProgram::addProgram(new vi::ShaderProgram(vertex, fragment, 0));
     }
-    // A 2-D triangle strip, by default over the whole viewport.
+    // A 2-D or 3-D triangle strip, by default over the whole viewport.
     static vi::Drawable strip(std::vector<glm::vec2> positions = {
                                   {-1, -1}, {1, -1}, {-1, 1}, {1, 1}}) {
         vi::Drawable drawable;
         drawable.mMode = GL_TRIANGLE_STRIP;
         drawable.mDimension = 2;
         drawable.mPositions2 = std::move(positions);
+        return drawable;
+    }
+    static vi::Drawable strip3(std::vector<glm::vec3> positions = {
+                                   {-1, -1, 0}, {1, -1, 0}, {-1, 1, 0}, {1, 1, 0}}) {
+        vi::Drawable drawable;
+        drawable.mMode = GL_TRIANGLE_STRIP;
+        drawable.mPositions3 = std::move(positions);
         return drawable;
     }
     // Fills the drawable with `colour` (read at each draw), or with `texture` when given
@@ -82,9 +92,6 @@ class RenderCoreTest : public GLTest {
         texture ? renderer->addTexture("uTexture", texture)
                 : renderer->addUniform("uColor", &colour, vi::Uniform::kVec4, 1);
         return renderer;
-    }
-    std::unique_ptr<vi::Renderer> sampling(vi::Drawable& drawable, vi::Texture& texture) {
-        return flat(drawable, kRed, true, &texture);
     }
     // A texture over its own copy of `pixels`, freed with it.
     static vi::Texture* texture(const void* pixels, unsigned w, unsigned h, bool isStatic = true,

@@ -6,8 +6,9 @@
 #include <glm/geometric.hpp>
 #include <glm/gtc/matrix_inverse.hpp>
 #include <glm/gtc/matrix_transform.hpp>
-#include <string>
 
+#include "Common/Renderer/Base/Background.h"
+#include "Common/Renderer/Base/BackgroundRenderer.h"
 #include "Common/Renderer/Base/Implementation/DrawableMatrices.h"
 #include "Common/Renderer/Base/LightRenderer.h"
 #include "tests/Common/Renderer/Base/RenderCoreFixture.h"
@@ -15,21 +16,18 @@
 namespace {
 
 using namespace qam::test;
+using vi::Background;
+using vi::BackgroundRenderer;
 using vi::Drawable;
 using vi::LightRenderer;
 using vi::Renderer;
+using vi::ShaderProgram;
 using vi::Uniform;
-
-std::vector<std::string> uniformNames(const Renderer& renderer) {
-    std::vector<std::string> names;
-    for (const auto& uniform : renderer.mUniforms) {
-        names.push_back(uniform->mName);
-    }
-    return names;
-}
+using Coords = std::vector<glm::vec2>;
 
 using RendererTest = RenderCoreTest;
 using LightRendererTest = RenderCoreTest;
+using ShaderProgramTest = RenderCoreTest;
 
 TEST_F(RendererTest, StaticAttributesUploadOnceDynamicOnesEveryDrawWithDrawArrays) {
     Drawable still = strip({{-1, -1}, {0, -1}, {-1, 1}, {0, 1}});  // the left half
@@ -61,15 +59,11 @@ TEST_F(RendererTest, StaticAttributesUploadOnceDynamicOnesEveryDrawWithDrawArray
 }
 
 TEST_F(RendererTest, BuiltInsCarryTheDerivedMatricesAndOpacity) {
-    const char* vertex =
-        "attribute vec3 aPosition; uniform mat4 uModelViewProjectionMatrix;\n"
-        "void main() { gl_Position = uModelViewProjectionMatrix * vec4(aPosition, 1.0); }";
     const char* fragment =
         "precision mediump float; uniform float uOpacity;\n"
         "void main() { gl_FragColor = vec4(1.0, 0.0, 0.0, uOpacity); }";
-    Drawable drawable;
-    drawable.mMode = GL_TRIANGLE_STRIP;
-    drawable.mPositions3 = {{-.25f, -.25f, 0}, {.25f, -.25f, 0}, {-.25f, .25f, 0}, {.25f, .25f, 0}};
+    Drawable drawable =
+        strip3({{-.25f, -.25f, 0}, {.25f, -.25f, 0}, {-.25f, .25f, 0}, {.25f, .25f, 0}});
     drawable.mModelMatrix = glm::translate(glm::mat4(1.0f), glm::vec3(0.5f, 0.0f, 0.0f));
     drawable.mOpacity = 0.5f;
     *Drawable::mViewMatrix = glm::translate(glm::mat4(1.0f), glm::vec3(0.0f, 0.25f, 0.0f));
@@ -78,11 +72,8 @@ TEST_F(RendererTest, BuiltInsCarryTheDerivedMatricesAndOpacity) {
     projection[3][0] = 0.25f;
     projection[0][1] = 5.0f;  // outside the entries a projection may use: ignored
 
-    Renderer renderer(program(vertex, fragment), drawable);
+    Renderer renderer(program(kMvpVertex, fragment), drawable);
     renderer.addAttribute("aPosition", drawable.mPositions3.data(), 3, true);
-    // Only the built-ins the shader declares are kept.
-    EXPECT_EQ(uniformNames(renderer),
-              (std::vector<std::string>{"uModelViewProjectionMatrix", "uOpacity"}));
     renderer.draw();
     // Centre (0.5, 0.25) in clip space, half size (0.125, 0.25): pixels x 44..51, y 32..47.
     EXPECT_PIXEL_NEAR(pixel(48, 40), 0xFF000080u, 1);
@@ -131,8 +122,6 @@ TEST_F(RendererTest, SameTextureUnderTwoSamplersTakesTwoUnitsAndPublishesItsSize
     EXPECT_EQ(renderer.addTexture("uA", texture4x2.get()), 0);
     EXPECT_EQ(renderer.addTexture("uB", texture4x2.get()), 1);
     EXPECT_NE(texture4x2->mTexture, 0u);  // allocated when added
-    // Unused by the shader: "uATexelSize" and "uBSize" are dropped.
-    EXPECT_EQ(uniformNames(renderer), (std::vector<std::string>{"uASize", "uBTexelSize"}));
     renderer.draw();
     EXPECT_PIXEL_NEAR(pixel(32, 32), 0xC8640480u, 1);  // 200, 100, width 4, 1 / height
     GLint unit = -1;
@@ -176,10 +165,8 @@ TEST_F(LightRendererTest, LitQuadShowsPhongAtItsCentre) {
     unsigned char texel[4] = {200, 100, 50, 255};
     vi::Texture texture(texel, 1, 1, true, false, false, false, false, 4, false);
     const glm::vec3 normal(0.0f, 0.6f, 0.8f);
-    Drawable drawable;
-    drawable.mMode = GL_TRIANGLE_STRIP;
+    Drawable drawable = strip3();
     drawable.mTexture = &texture;
-    drawable.mPositions3 = {{-1, -1, 0}, {1, -1, 0}, {-1, 1, 0}, {1, 1, 0}};
     drawable.mNormals.assign(4, normal);
     drawable.mTextureCoords.assign(4, glm::vec2(0.5f));
     drawable.mOpacity = 0.8f;
@@ -213,6 +200,31 @@ TEST_F(LightRendererTest, LitQuadShowsPhongAtItsCentre) {
     EXPECT_PIXEL_NEAR(pixel(32, 32), expected, 2);
 }
 
+TEST_F(ShaderProgramTest, DestroyCountsReferencesAndInitRebuildsOnlyALostProgram) {
+    ShaderProgram* shared = &program(kFlatVertex, kFlatFragment);
+    ShaderProgram::addProgram(shared);  // listed twice
+    ShaderProgram* other = &program(kFlatVertex, kFlatFragment);
+    const GLuint name = shared->mProgram;
+    shared->mReferenceCount = 2;  // a second owner shares it
+    shared->destroy();
+    EXPECT_EQ(mShaders, (std::vector<ShaderProgram*>{shared, shared, other}));
+    EXPECT_EQ(glIsProgram(name), GL_TRUE);
+    shared->destroy();
+    EXPECT_EQ(mShaders, std::vector<ShaderProgram*>{other});
+    EXPECT_EQ(glIsProgram(name), GL_FALSE);
+
+    GLCallCounter calls;
+    other->init();  // live: only checked
+    EXPECT_EQ(calls.count("glIsProgram"), 1);
+    EXPECT_EQ(calls.total(), 1);
+    loseContext();
+    other->mProgram = 0;  // what the host does after a loss
+    other->init();
+    EXPECT_EQ(calls.count("glIsProgram"), 1);
+    EXPECT_EQ(calls.count("glCreateProgram"), 1);
+    EXPECT_EQ(glIsProgram(other->mProgram), GL_TRUE);
+}
+
 template <typename Matrix>
 bool near(const Matrix& actual, const Matrix& expected) {
     return glm::all(glm::equal(actual, expected, 1e-5f));
@@ -239,6 +251,81 @@ TEST(DrawableMatrices, ProductsMatchGlmAndReadOnlyTheEntriesTheyMayUse) {
         cluttered[index / 4][index % 4] = 9.0f;
     }
     EXPECT_TRUE(near(qam::sparseProjectionProduct(cluttered, modelView), perspective * modelView));
+}
+
+// An 8 x 4 texture of 4 x 4 cells, each 2 texels wide and 1 high, so its aspect is 2.
+// Cell (column, row), row 0 first in memory, has the colour below.
+uint32_t cellColour(int column, int row) {
+    return uint32_t(column * 60 + 20) << 24 | uint32_t(row * 60 + 20) << 16 | 200u << 8 | 255u;
+}
+
+struct Probe {
+    int x, y, column, row;  // screen pixel (y upwards), expected cell
+};
+
+std::vector<uint32_t> cellTexels() {
+    std::vector<uint32_t> texels;
+    for (int texel = 0; texel < 8 * 4; ++texel) {
+        texels.push_back(__builtin_bswap32(cellColour(texel % 8 / 2, texel / 8)));  // RGBA bytes
+    }
+    return texels;
+}
+
+class BackgroundTest : public RenderCoreTest {
+  protected:
+    // Draws `background` on a `width` x `height` screen and checks the probes.
+    void expectCrop(Background& background, int width, int height,
+                    const std::vector<Probe>& probes) {
+        SCOPED_TRACE(testing::Message() << width << " x " << height);
+        gl().resize(width, height);
+        glViewport(0, 0, width, height);
+        background.setScreenSize(width, height);
+        background.renderFrame();
+        for (const Probe& probe : probes) {
+            EXPECT_EQ(pixel(probe.x, probe.y), cellColour(probe.column, probe.row))
+                << "at (" << probe.x << ", " << probe.y << ")";
+        }
+    }
+
+    std::vector<uint32_t> mTexels = cellTexels();
+    vi::Texture mTexture{mTexels.data(), 8, 4, true, false, false, false, false, 4, false};
+};
+
+TEST_F(BackgroundTest, AspectFillShowsTheCentreOfTheImageWithTheFirstRowOnTop) {
+    Background background(mTexture);
+    ASSERT_EQ(mRenderers, std::vector<vi::Renderer*>{background.mRenderer.get()});
+    // Portrait: columns 1 and 2 only, all rows.
+    expectCrop(background, 32, 64,
+               {{8, 56, 1, 0}, {24, 56, 2, 0}, {8, 8, 1, 3}, {0, 40, 1, 1}, {31, 24, 2, 2}});
+    EXPECT_EQ(background.mDrawable.mTextureCoords,
+              (Coords{{0.375f, 0}, {0.625f, 0}, {0.375f, 1}, {0.625f, 1}}));
+    // Landscape: all columns, rows 1 and 2 only.
+    expectCrop(background, 64, 16,
+               {{8, 12, 0, 1}, {56, 12, 3, 1}, {8, 4, 0, 2}, {40, 0, 2, 2}, {24, 15, 1, 1}});
+    // The texture's own aspect: the whole image.
+    expectCrop(background, 32, 16, {{4, 14, 0, 0}, {28, 14, 3, 0}, {4, 1, 0, 3}, {20, 6, 2, 2}});
+    EXPECT_EQ(background.mDrawable.mTextureCoords, (Coords{{0, 0}, {1, 0}, {0, 1}, {1, 1}}));
+}
+
+TEST_F(BackgroundTest, RenderersOfAnEffectShareOneProgramThatTheFirstToGoDestroys) {
+    vi::Drawable drawable;
+    auto* one = new BackgroundRenderer(drawable);
+    auto* two = new BackgroundRenderer(drawable);
+    ShaderProgram* shared = one->mProgram;
+    EXPECT_EQ(two->mProgram, shared);
+    EXPECT_EQ(mShaders, std::vector<ShaderProgram*>{shared});
+    delete one;
+    EXPECT_TRUE(mShaders.empty());
+    delete two;  // makes the program again only to destroy it
+    EXPECT_TRUE(mShaders.empty());
+
+    // A background still draws after a short-lived one destroyed the shared program, as
+    // drawBgOnly's do.
+    Background kept(mTexture);
+    kept.setScreenSize(kWidth, kHeight);
+    delete new Background(mTexture);
+    kept.renderFrame();
+    EXPECT_EQ(pixel(1, 1), cellColour(1, 3));
 }
 
 }  // namespace

@@ -1,8 +1,13 @@
-#include "Common/Tools/Curves.h"
-
 #include <cmath>
+#include <filesystem>
+#include <fstream>
+#include <string>
 #include <vector>
 
+#include "Common/Platform/AssetDirectory.h"
+#include "Common/Tools/Curves.h"
+#include "Common/Tools/File.h"
+#include "Common/Tools/Profiler.h"
 #include "tests/support/GLTest.h"
 #include "tests/support/LogCapture.h"
 #include "tests/support/TextureQuad.h"
@@ -11,6 +16,8 @@ namespace {
 
 using glm::vec2;
 using vi::Curves;
+using vi::File;
+using vi::Profiler;
 using Points = std::vector<vec2>;
 
 class CurvesTest : public qam::test::GLTest {
@@ -51,9 +58,9 @@ TEST_F(CurvesTest, SegmentsFollowTheCatmullRomFormula) {
         for (auto [level, byte] : c.entries) {
             EXPECT_EQ(entry(curves, level, Curves::GREEN), byte)
                 << "level " << level << " of a curve from " << c.points[0].x;
-            EXPECT_EQ(entry(curves, level, Curves::RED) + entry(curves, level, Curves::BLUE) +
-                          entry(curves, level, 3),
-                      0);  // other channels and alpha keep the zeroed table
+            EXPECT_EQ((std::vector{entry(curves, level, Curves::RED),
+                                   entry(curves, level, Curves::BLUE), entry(curves, level, 3)}),
+                      std::vector(3, 0));  // other channels and alpha keep the zeroed table
         }
     }
 }
@@ -81,9 +88,9 @@ TEST_F(CurvesTest, LookupTextureSamplesBackAndFollowsLaterEdits) {
     // Recomputing replaces the texture; a curve of fewer than two points keeps its channel.
     curves.calculateCatmullRomPoints(nullptr, 0, red.data(), 2, red.data(), 1);
     EXPECT_EQ(mTextures, std::vector<vi::Texture*>{curves.getTexture()});
-    EXPECT_EQ(entry(curves, 64, Curves::RED), 52);
-    EXPECT_EQ(entry(curves, 64, Curves::GREEN), 52);
-    EXPECT_EQ(entry(curves, 64, Curves::BLUE), 77);
+    EXPECT_EQ((std::vector{entry(curves, 64, Curves::RED), entry(curves, 64, Curves::GREEN),
+                           entry(curves, 64, Curves::BLUE)}),
+              (std::vector{52, 52, 77}));
 }
 
 TEST_F(CurvesTest, SegmentsOutsideTheTableAreDroppedWithOneLineEach) {
@@ -91,11 +98,83 @@ TEST_F(CurvesTest, SegmentsOutsideTheTableAreDroppedWithOneLineEach) {
     const Points outside = {{-5, 10}, {20, 20}, {40, 40}, {300, 50}}, nan = {{NAN, 10}, {20, 20}};
     Curves curves(outside.data(), 4, nullptr, 3, nan.data(), 2);
     EXPECT_EQ(entry(curves, 40, Curves::RED), 40);  // the one valid segment is drawn
-    EXPECT_EQ(entry(curves, 41, Curves::RED) + entry(curves, 20, Curves::BLUE), 0);
+    EXPECT_EQ(std::pair(entry(curves, 41, Curves::RED), entry(curves, 20, Curves::BLUE)),
+              std::pair(0, 0));
     curves.calculateCatmullRomPoint(200, 257, {}, {}, {}, {}, Curves::RED);
     curves.calculateCatmullRomPoint(-1, 10, {}, {}, {}, {}, Curves::GREEN);
     curves.calculateCatmullRomPoint(0, 10, {}, {}, {}, {}, Curves::CHANNELS(3));
     EXPECT_EQ(log.messages().size(), 7u);
+}
+
+std::string contents(File& file) {
+    return std::string(static_cast<const char*>(file.getBuffer()), file.getLength());
+}
+
+TEST(FileTest, ReadsAPathOrAnAssetWholeLoadReplacesAndWriteAppends) {
+    const std::string directory = testing::TempDir() + "qam-files";
+    std::filesystem::create_directories(directory);
+    std::ofstream(directory + "/model.bin") << "0123456789";
+    std::ofstream(directory + "/short.bin") << "ab";
+    std::ofstream(directory + "/empty.bin").flush();
+    AAssetManager* saved = File::getAssetManager();
+    File::getAssetManager() = vi::AssetDirectory::open(directory);
+    File fromPath(directory + "/model.bin", false);
+    EXPECT_EQ(contents(fromPath), "0123456789");
+    File fromAssets("model.bin", true);
+    EXPECT_EQ(contents(fromAssets), "0123456789");
+    fromAssets.load("short.bin");
+    EXPECT_EQ(contents(fromAssets), "ab");
+    vi::AssetDirectory::close(File::getAssetManager());
+    File::getAssetManager() = saved;
+
+    qam::test::LogCapture log;  // empty files are quiet; a folder or no data is one line each
+    File file(directory + "/empty.bin", false);
+    EXPECT_EQ(file.getLength(), 0u);
+    file.write("abc", 3);
+    file.write("de", 2);
+    file.write(nullptr, 4);
+    EXPECT_EQ(contents(file), "abcde");
+    File folder(directory, false);
+    EXPECT_EQ(folder.getLength(), 0u);
+    EXPECT_EQ(log.messages().size(), 2u);
+}
+
+TEST(ProfilerTest, RecordsKeepCountTotalAndExtremesForAThousandIdsUntilCleared) {
+    Profiler::mCount = 0;
+    Profiler::clearStatistics();
+    qam::test::LogCapture log;
+    int user = 0;
+    EXPECT_EQ(Profiler::registrateId("frame", &user), 0u);
+    const Profiler::Record& record = Profiler::mTimeArray[0];
+    const unsigned now = Profiler::getTickCount();
+    Profiler::addTime(0, now - 1000);
+    Profiler::addTime(0, now - 3000);
+    EXPECT_EQ(record.count, 2u);
+    EXPECT_GE(record.min, 1000u);
+    EXPECT_GE(record.max, 3000u);
+    EXPECT_EQ(record.total, record.min + record.max);
+    Profiler::addTime(0, Profiler::getTickCount() + 5000);  // in the future: wraps
+    EXPECT_GT(record.max, 0xFFFFFFFFu - 5000u);
+    Profiler::addTime(1, now);  // one past the last registered: still counted
+    Profiler::addTime(2, now);
+    EXPECT_EQ(std::pair(Profiler::mTimeArray[1].count, Profiler::mTimeArray[2].count),
+              std::pair(1u, 0u));
+
+    Profiler::clearStatistics();
+    EXPECT_EQ(Profiler::mCount, 1u);
+    EXPECT_EQ(record.name, std::string("frame"));
+    EXPECT_EQ(record.user, &user);
+    EXPECT_EQ((std::vector{record.count, record.total, record.max, record.min}),
+              (std::vector{0u, 0u, 0u, 0xFFFFFFFFu}));
+
+    for (unsigned id = 1; id < 1000; ++id) {
+        ASSERT_EQ(Profiler::registrateId("more", nullptr), id);
+    }
+    EXPECT_TRUE(log.messages().empty());
+    EXPECT_EQ(Profiler::registrateId("late", &user), 1000u);
+    EXPECT_EQ(Profiler::mCount, 1000u);
+    Profiler::addTime(1000, now);  // addresses no record: dropped
+    EXPECT_EQ(log.messages().size(), 2u);
 }
 
 }  // namespace
