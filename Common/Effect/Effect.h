@@ -50,31 +50,30 @@ class TALVEQAM_EXPORT Effect {
     Effect(const Effect&) = delete;
     Effect& operator=(const Effect&) = delete;
 
-    virtual void onClear() {}
-    virtual void onShowAffordance(const glm::vec2& position) { (void)position; }
-    virtual void onShowUnlock() {}
-    virtual void onTextureChanged() {}
+    // The hooks, in slot order. All but the three pure ones do nothing here; they are defined
+    // in the library, so a derived effect's vtable finds them there.
+    virtual void onClear();
+    virtual void onShowAffordance(const glm::vec2& position);
+    virtual void onShowUnlock();
+    virtual void onTextureChanged();
     virtual void initPortrait() = 0;
     virtual void initLandscape() = 0;
     // Draws one frame; true asks for another.
     virtual bool draw() = 0;
-    virtual void onTouchDown(const glm::vec2&) {}
-    virtual void onTouchUp(const glm::vec2&) {}
-    virtual void onTouchMove(const glm::vec2&) {}
-    virtual void onSecondTouchDown(const glm::vec2&) {}
-    virtual void onSecondTouchUp(const glm::vec2&) {}
-    virtual void onSecondTouchMove(const glm::vec2&) {}
-    virtual void onThirdTouchDown(const glm::vec2&) {}
-    virtual void onThirdTouchUp(const glm::vec2&) {}
-    virtual void onThirdTouchMove(const glm::vec2&) {}
-    virtual void onIntEventA(int) {}
-    virtual void onIntEventB(int) {}
-    virtual void onVectorEvent(const glm::vec3&) {}
-    virtual void setParameter(int key, float value) {
-        (void)key;
-        (void)value;
-    }
-    virtual void onContextLost() {}
+    virtual void onTouchDown(const glm::vec2&);
+    virtual void onTouchUp(const glm::vec2&);
+    virtual void onTouchMove(const glm::vec2&);
+    virtual void onSecondTouchDown(const glm::vec2&);
+    virtual void onSecondTouchUp(const glm::vec2&);
+    virtual void onSecondTouchMove(const glm::vec2&);
+    virtual void onThirdTouchDown(const glm::vec2&);
+    virtual void onThirdTouchUp(const glm::vec2&);
+    virtual void onThirdTouchMove(const glm::vec2&);
+    virtual void onIntEventA(int);
+    virtual void onIntEventB(int);
+    virtual void onVectorEvent(const glm::vec3&);
+    virtual void setParameter(int key, float value);
+    virtual void onContextLost();
     // Releases the error texture and reports renderers and shaders the derived effect left.
     virtual ~Effect();
     // Pixel-space orthographic camera: (0, 0) to (width, height).

@@ -18,9 +18,10 @@ struct EventHolderAnimations {
 class TALVEQAM_EXPORT EventHolder : private detail::EventHolderAnimations, public Effect {
   public:
     EventHolder();
-    void initPortrait() override {}
-    void initLandscape() override {}
-    bool draw() override { return false; }
+    void initPortrait() override;
+    void initLandscape() override;
+    // Never asks for another frame.
+    bool draw() override;
 };
 
 }  // namespace vi

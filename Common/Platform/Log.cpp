@@ -5,6 +5,9 @@
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
+#include <mutex>
+#include <set>
+#include <utility>
 
 namespace qam {
 
@@ -13,6 +16,37 @@ void logError(const char* format, ...) {
     va_start(arguments, format);
     __android_log_vprint(ANDROID_LOG_ERROR, kLogTag, format, arguments);
     va_end(arguments);
+}
+
+namespace {
+
+std::mutex gLoggedOnceMutex;
+// (object, format) pairs already logged; the format's address stands for the cause.
+std::set<std::pair<const void*, const char*>> gLoggedOnce;
+
+}  // namespace
+
+void logErrorOnce(const void* object, const char* format, ...) {
+    {
+        const std::lock_guard<std::mutex> lock(gLoggedOnceMutex);
+        if (!gLoggedOnce.emplace(object, format).second) {
+            return;
+        }
+    }
+    va_list arguments;
+    va_start(arguments, format);
+    __android_log_vprint(ANDROID_LOG_ERROR, kLogTag, format, arguments);
+    va_end(arguments);
+}
+
+void forgetLoggedOnce(const void* object) {
+    const std::lock_guard<std::mutex> lock(gLoggedOnceMutex);
+    const auto first = gLoggedOnce.lower_bound({object, nullptr});
+    auto last = first;
+    while (last != gLoggedOnce.end() && last->first == object) {
+        ++last;
+    }
+    gLoggedOnce.erase(first, last);
 }
 
 void fatalError(const std::string& message, const char* sourcePath, const char* function,

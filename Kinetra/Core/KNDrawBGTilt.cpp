@@ -10,9 +10,13 @@
 
 namespace Kinetra {
 
+KNDrawBGTilt::KNDrawBGTilt() = default;
+
 KNDrawBGTilt::~KNDrawBGTilt() {
     delete mMesh;
 }
+
+void KNDrawBGTilt::contextChanged() {}
 
 KNMesh& KNDrawBGTilt::mesh() {
     if (mMesh == nullptr) {

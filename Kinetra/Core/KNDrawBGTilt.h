@@ -11,13 +11,13 @@ class KNMesh;
 // the front only. Always opaque. Pixel coordinates under an orthographic camera.
 class TALVEQAM_EXPORT KNDrawBGTilt : public KNIRenderer {
   public:
-    KNDrawBGTilt() = default;
+    KNDrawBGTilt();
     ~KNDrawBGTilt() override;
     KNDrawBGTilt(const KNDrawBGTilt&) = delete;
     KNDrawBGTilt& operator=(const KNDrawBGTilt&) = delete;
 
     // Empty: the program name is kept after a lost context, unlike the base.
-    void contextChanged() override {}
+    void contextChanged() override;
     void initRender(float width, float height) override;
     void drawRender() override;
 

@@ -20,6 +20,12 @@ int wholePixels(float size) {
 
 }  // namespace
 
+KNDrawBackground::KNDrawBackground() = default;
+
+KNDrawBackground::~KNDrawBackground() = default;
+
+void KNDrawBackground::contextChanged() {}
+
 void KNDrawBackground::initRender(float width, float height) {
     mSurfaceSize[0] = width;
     mSurfaceSize[1] = height;

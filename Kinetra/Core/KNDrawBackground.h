@@ -10,11 +10,11 @@ namespace Kinetra {
 // "bg" image's aspect ratio and tinted (and faded) by the renderer colour.
 class TALVEQAM_EXPORT KNDrawBackground : public KNIRenderer {
   public:
-    KNDrawBackground() = default;
-    ~KNDrawBackground() override = default;
+    KNDrawBackground();
+    ~KNDrawBackground() override;
 
     // Empty: the program name is kept after a lost context, unlike the base.
-    void contextChanged() override {}
+    void contextChanged() override;
     void initRender(float width, float height) override;
     void drawRender() override;
 

@@ -43,7 +43,8 @@ class TALVEQAM_EXPORT KNFBO {
     void contextChanged();
 
   private:
-    bool mDepthEnabled;
+    // A truth value held in 32 bits, as effect libraries built elsewhere lay it out.
+    int mDepthEnabled;
     unsigned mWrap;
     unsigned mFilter;
     unsigned mDataType;

@@ -8,13 +8,29 @@
 
 namespace Kinetra {
 
+KNGrid2D::KNGrid2D() = default;
+
+KNGrid2D::~KNGrid2D() = default;
+
+KNVector2D<int> KNGrid2D::getResolution() {
+    return mResolution;
+}
+
+KNVector2D<double> KNGrid2D::getDimension() {
+    return mGrid.dimension;
+}
+
+KNVector2D<double> KNGrid2D::getCellSize() {
+    return mGrid.cellSize;
+}
+
 void KNGrid2D::getResolution(int* x, int* y) {
     if (x == nullptr || y == nullptr) {
         qam::logError("KNGrid2D::getResolution: null output pointer, nothing written");
         return;
     }
-    *x = mGrid.resolution.x;
-    *y = mGrid.resolution.y;
+    *x = mResolution.x;
+    *y = mResolution.y;
 }
 
 void KNGrid2D::getDimension(double* x, double* y) {
@@ -40,9 +56,9 @@ void KNGrid2D::getNodesOfCell(const int& i, const int& j, int* nodes) {
         qam::logError("KNGrid2D::getNodesOfCell: null output pointer, nothing written");
         return;
     }
-    if (i < 0 || j < 0 || i >= mGrid.resolution.x || j >= mGrid.resolution.y) {
+    if (i < 0 || j < 0 || i >= mResolution.x || j >= mResolution.y) {
         qam::logError("KNGrid2D::getNodesOfCell: cell (%d, %d) outside the %d x %d grid", i, j,
-                      mGrid.resolution.x, mGrid.resolution.y);
+                      mResolution.x, mResolution.y);
         return;
     }
     const int w = mGrid.nodesPerRow;
@@ -67,7 +83,7 @@ void KNGrid2D::setGrid(const int& nx, const int& ny, const double& dx, const dou
     Fields& g = mGrid;
     const double hx = dx / nx;
     const double hy = dy / ny;
-    g.resolution = {nx, ny};
+    mResolution = {nx, ny};
     g.dimension = {dx, dy};
     g.cellSize = {hx, hy};
     g.cellCount = nx * ny;
@@ -96,6 +112,7 @@ void KNGrid2D::setGrid(const KNVector2D<int>& resolution, const KNVector2D<doubl
 }
 
 void KNGrid2D::reset() {
+    mResolution = {};
     mGrid = Fields{};
 }
 
@@ -105,6 +122,7 @@ void KNGrid2D::copy(const KNGrid2D& other) {
         return;
     }
     setName(other.getName());
+    mResolution = other.mResolution;
     mGrid = other.mGrid;
 }
 

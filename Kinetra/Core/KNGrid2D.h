@@ -10,15 +10,15 @@ namespace Kinetra {
 // code needs precomputed. It holds no per-node data.
 class TALVEQAM_EXPORT KNGrid2D : public KNObject {
   public:
-    KNGrid2D() = default;
-    ~KNGrid2D() override = default;
+    KNGrid2D();
+    ~KNGrid2D() override;
 
     virtual void getResolution(int* x, int* y);
     virtual void getDimension(double* x, double* y);
     virtual void getCellSize(double* x, double* y);
-    virtual KNVector2D<int> getResolution() { return mGrid.resolution; }
-    virtual KNVector2D<double> getDimension() { return mGrid.dimension; }
-    virtual KNVector2D<double> getCellSize() { return mGrid.cellSize; }
+    virtual KNVector2D<int> getResolution();
+    virtual KNVector2D<double> getDimension();
+    virtual KNVector2D<double> getCellSize();
     // The four corner nodes of cell (i, j), counter-clockwise from the lower left.
     virtual void getNodesOfCell(const int& i, const int& j, int* nodes);
 
@@ -50,10 +50,11 @@ class TALVEQAM_EXPORT KNGrid2D : public KNObject {
     KNVector2D<double> getUpperBound() const { return mGrid.upperBound; }
 
   private:
-    // The repeated counts are separate fields, as simulation code reads them under
+    // The resolution sits outside the grouped fields: the group holds doubles, so on 32-bit
+    // ARM it would start on an 8-byte boundary and move the resolution off its place after the
+    // name. The repeated counts are separate fields, as simulation code reads them under
     // different names.
     struct Fields {
-        KNVector2D<int> resolution;
         KNVector2D<double> dimension;
         KNVector2D<double> cellSize;
         int cellCount = 0;
@@ -78,6 +79,7 @@ class TALVEQAM_EXPORT KNGrid2D : public KNObject {
         long long spare[4] = {0, 0, 0, 0};
     };
 
+    KNVector2D<int> mResolution;
     Fields mGrid;
 };
 

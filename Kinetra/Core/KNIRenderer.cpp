@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <mutex>
+#include <unordered_map>
 
 #include "Common/Platform/Log.h"
 #include "Kinetra/Core/KNMesh.h"
@@ -30,6 +32,38 @@ float length(const Vector& v) {
     return std::sqrt(v.x * v.x + v.y * v.y + v.z * v.z);
 }
 
+// Fewest vertices among the arrays each renderer has bound since its last draw. Kept beside
+// the renderers, not in them: effect libraries lay KNIRenderer out field by field.
+class BoundVertices {
+  public:
+    void bound(const KNIRenderer* renderer, unsigned int vertices) {
+        const std::lock_guard<std::mutex> lock(mMutex);
+        const auto [entry, added] = mVertices.emplace(renderer, vertices);
+        if (!added) {
+            entry->second = std::min(entry->second, vertices);
+        }
+    }
+    unsigned int limit(const KNIRenderer* renderer) {
+        const std::lock_guard<std::mutex> lock(mMutex);
+        const auto entry = mVertices.find(renderer);
+        return entry == mVertices.end() ? kNoLimit : entry->second;
+    }
+    void forget(const KNIRenderer* renderer) {
+        const std::lock_guard<std::mutex> lock(mMutex);
+        mVertices.erase(renderer);
+    }
+
+  private:
+    std::mutex mMutex;
+    std::unordered_map<const KNIRenderer*, unsigned int> mVertices;
+};
+
+// Never destroyed: layers held in statics may die after it.
+BoundVertices& boundVertices() {
+    static BoundVertices* const table = new BoundVertices;
+    return *table;
+}
+
 }  // namespace
 
 KNIRenderer::KNIRenderer()
@@ -52,10 +86,10 @@ KNIRenderer::KNIRenderer()
       mCustomIndices(nullptr),
       mCustomIndexCount(0),
       mCustomVertexCount(0),
-      mCustomDrawPending(false),
-      mBoundVertices(kNoLimit) {}
+      mCustomDrawPending(false) {}
 
 KNIRenderer::~KNIRenderer() {
+    boundVertices().forget(this);
     delete mShader;
     delete mMVP;
 }
@@ -208,7 +242,9 @@ void KNIRenderer::bindAttribute(const char* name, unsigned int size, const void*
     glVertexAttribPointer(index, static_cast<GLint>(size), GL_FLOAT, GL_FALSE,
                           static_cast<GLsizei>(size * sizeof(float)), data);
     glEnableVertexAttribArray(index);
-    mBoundVertices = std::min(mBoundVertices, elements);
+    if (elements != kNoLimit) {
+        boundVertices().bound(this, elements);
+    }
 }
 
 bool KNIRenderer::meshReady(const char* name, const char* caller) {
@@ -433,11 +469,12 @@ bool KNIRenderer::withinBoundArrays(const char* caller, unsigned int vertices,
     for (unsigned int k = 0; k < indexCount; ++k) {
         needed = std::max(needed, indices[k] + 1u);
     }
-    if (needed > mBoundVertices) {
+    const unsigned int bound = boundVertices().limit(this);
+    if (needed > bound) {
         qam::logError(
             "KNIRenderer::%s: the draw reads %u vertices but a bound array holds %u, "
             "skipped",
-            caller, needed, mBoundVertices);
+            caller, needed, bound);
         return false;
     }
     return true;
@@ -547,7 +584,7 @@ void KNIRenderer::resetShaderParameters() {
     mEnabledAttributes.clear();
     mTextureUnit = 0;
     mModelMatrixGiven = false;
-    mBoundVertices = kNoLimit;
+    boundVertices().forget(this);
 }
 
 void KNIRenderer::draw() {

@@ -104,9 +104,9 @@ class TALVEQAM_EXPORT KNIRenderer {
     KNMVPManager::Matrix& getMVPMatrix();
 
     void setVisible(bool visible) { mVisible = visible; }
-    bool getVisible() const { return mVisible; }
+    bool getVisible() const { return mVisible != 0; }
     void setDepthTest(bool depthTest) { mDepthTest = depthTest; }
-    bool getDepthTest() const { return mDepthTest; }
+    bool getDepthTest() const { return mDepthTest != 0; }
     void setBlendOption(const unsigned int& src, const unsigned int& dst);
     void setBlendOption(const unsigned int& srcRGB, const unsigned int& dstRGB,
                         const unsigned int& srcAlpha, const unsigned int& dstAlpha);
@@ -148,16 +148,15 @@ class TALVEQAM_EXPORT KNIRenderer {
     bool mModelMatrixGiven;
     bool mDrawArrays;
     unsigned int mDrawMode;
-    bool mVisible;
+    // Truth values held in 32 bits, as effect libraries built elsewhere lay them out.
+    int mVisible;
     unsigned int mBlend[4];  // source and destination RGB, source and destination alpha
-    bool mDepthTest;
+    int mDepthTest;
     std::vector<unsigned int> mEnabledAttributes;
     unsigned short* mCustomIndices;
     unsigned int mCustomIndexCount;
     unsigned int mCustomVertexCount;
-    bool mCustomDrawPending;
-    // Fewest vertices among the mesh arrays bound since the last draw.
-    unsigned int mBoundVertices;
+    int mCustomDrawPending;
 };
 
 }  // namespace Kinetra

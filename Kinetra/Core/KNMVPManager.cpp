@@ -53,6 +53,8 @@ KNMVPManager::KNMVPManager()
     setIdentityMatrix(mModel);
 }
 
+KNMVPManager::~KNMVPManager() {}
+
 void KNMVPManager::setIdentityMatrix(Matrix& m) {
     std::memset(m.m, 0, sizeof m.m);
     m.m[0] = m.m[5] = m.m[10] = m.m[15] = 1.0f;

@@ -18,7 +18,7 @@ class TALVEQAM_EXPORT KNMVPManager {
     using Vector = KNVector3D<float>;
 
     KNMVPManager();
-    virtual ~KNMVPManager() {}
+    virtual ~KNMVPManager();
 
     static void setIdentityMatrix(Matrix& m);
     // r[i][j] = sum over k of a[i][k] * b[k][j]; r may be a or b. In OpenGL's reading r = b·a.

@@ -6,8 +6,9 @@ namespace Kinetra {
 // column i and [3][0..2] the translation. Handed to glUniformMatrix4fv untransposed.
 template <typename T>
 struct KNMatrix4x4 {
-    // Aligned so that each column loads as one four-lane vector.
-    alignas(16) T m[16]{};
+    // Plain floats of natural alignment: the classes that hold matrices are laid out for
+    // effect libraries built elsewhere, so the vector code loads and stores unaligned.
+    T m[16]{};
 
     T* operator[](int i) { return m + 4 * i; }
     const T* operator[](int i) const { return m + 4 * i; }

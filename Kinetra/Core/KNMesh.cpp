@@ -2,6 +2,10 @@
 
 namespace Kinetra {
 
+KNMesh::KNMesh() = default;
+
+KNMesh::~KNMesh() = default;
+
 void KNMesh::reset() {
     vertex.clear();
     aux2D.clear();

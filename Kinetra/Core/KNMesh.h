@@ -13,8 +13,8 @@ namespace Kinetra {
 // the renderer never binds them.
 class TALVEQAM_EXPORT KNMesh {
   public:
-    KNMesh() = default;
-    ~KNMesh() = default;
+    KNMesh();
+    ~KNMesh();
 
     unsigned int getNumOfVertex() const { return static_cast<unsigned int>(vertex.size()); }
     unsigned int getNumOfVertexIndex() const { return static_cast<unsigned int>(index.size()); }

@@ -9,8 +9,8 @@ namespace Kinetra {
 // A small named base object.
 class TALVEQAM_EXPORT KNObject {
   public:
-    KNObject() = default;
-    virtual ~KNObject() = default;
+    KNObject();
+    virtual ~KNObject();
 
     void setName(const std::string& name) { mName = name; }
     const std::string& getName() const { return mName; }

@@ -2,6 +2,8 @@
 
 #include <GLES2/gl2.h>
 
+#include <mutex>
+#include <unordered_set>
 #include <vector>
 
 #include "Common/Platform/Log.h"
@@ -13,12 +15,41 @@ namespace {
 constexpr unsigned int kShaderObject = 0;
 constexpr unsigned int kProgramObject = 1;
 
+// Managers whose program name is stale: deleted already, and perhaps handed out again by GL,
+// so never to be deleted twice. Kept beside the managers, whose layout effect libraries fix.
+class StalePrograms {
+  public:
+    void mark(const KNShaderManager* manager, bool stale) {
+        const std::lock_guard<std::mutex> lock(mMutex);
+        if (stale) {
+            mManagers.insert(manager);
+        } else {
+            mManagers.erase(manager);
+        }
+    }
+    bool contains(const KNShaderManager* manager) {
+        const std::lock_guard<std::mutex> lock(mMutex);
+        return mManagers.count(manager) != 0;
+    }
+
+  private:
+    std::mutex mMutex;
+    std::unordered_set<const KNShaderManager*> mManagers;
+};
+
+// Never destroyed: layers held in statics may die after it.
+StalePrograms& stalePrograms() {
+    static StalePrograms* const managers = new StalePrograms;
+    return *managers;
+}
+
 }  // namespace
 
-KNShaderManager::KNShaderManager() : mProgram(0), mProgramDeleted(false) {}
+KNShaderManager::KNShaderManager() : mProgram(0) {}
 
 KNShaderManager::~KNShaderManager() {
     reset();
+    stalePrograms().mark(this, false);
 }
 
 void KNShaderManager::createProgram(const char* vertexSource, const char* fragmentSource) {
@@ -41,7 +72,7 @@ void KNShaderManager::createProgram(const char* vertexSource, const char* fragme
         return;
     }
     mProgram = glCreateProgram();
-    mProgramDeleted = false;
+    stalePrograms().mark(this, false);
     if (mProgram == 0) {
         return;
     }
@@ -56,7 +87,7 @@ void KNShaderManager::createProgram(const char* vertexSource, const char* fragme
     if (linked == GL_FALSE) {
         printGLErrorLog(mProgram, kProgramObject);
         glDeleteProgram(mProgram);  // the stale name stays in mProgram
-        mProgramDeleted = true;
+        stalePrograms().mark(this, true);
     }
 }
 
@@ -145,9 +176,9 @@ int KNShaderManager::getUniformLoc(const char* name) {
 
 void KNShaderManager::reset() {
     // The stale name is kept but never deleted twice: GL may have handed it out again.
-    if (mProgram != 0 && !mProgramDeleted) {
+    if (mProgram != 0 && !stalePrograms().contains(this)) {
         glDeleteProgram(mProgram);
-        mProgramDeleted = true;
+        stalePrograms().mark(this, true);
     }
     mAttributes.clear();
     mUniforms.clear();
@@ -155,7 +186,7 @@ void KNShaderManager::reset() {
 
 void KNShaderManager::contextChanged() {
     mProgram = 0;
-    mProgramDeleted = false;
+    stalePrograms().mark(this, false);
 }
 
 int KNShaderManager::lookUp(const std::vector<Location>& table, int id, const char* what) {

@@ -50,7 +50,6 @@ class TALVEQAM_EXPORT KNShaderManager {
     static int lookUp(const std::vector<Location>& table, int id, const char* what);
 
     unsigned int mProgram;
-    bool mProgramDeleted;  // mProgram is a stale name: deleted, not to be deleted again
     std::vector<Location> mAttributes;
     std::vector<Location> mUniforms;
 };

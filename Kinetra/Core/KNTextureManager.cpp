@@ -22,6 +22,10 @@ constexpr unsigned kDefaultPixelFormat = GL_RGBA;
 constexpr unsigned kDefaultDataType = GL_UNSIGNED_BYTE;
 constexpr size_t kNameLength = 127;  // names are kept in char[128]
 
+// Pixels a listed buffer let go of: a copy made with CopyTextureContext may still use them.
+// They belong to the one manager, but are kept outside it: its layout is fixed.
+std::vector<unsigned char*> gRetiredPixels;
+
 // Names compare as they are stored: cut to 127 characters.
 bool sameName(const char* stored, const char* name) {
     return strncmp(stored, name, kNameLength) == 0;
@@ -88,9 +92,10 @@ KNTextureManager::~KNTextureManager() {
     for (_TEXTURE_COLOR_BUFFER* buffer : mColorBuffers) {
         delete buffer;
     }
-    for (unsigned char* pixels : mRetiredPixels) {
+    for (unsigned char* pixels : gRetiredPixels) {
         free(pixels);
     }
+    gRetiredPixels.clear();
 }
 
 void KNTextureManager::setTextureWrapOption(const unsigned& wrap) {
@@ -404,8 +409,8 @@ void KNTextureManager::upload(unsigned target, const _TEXTURE_COLOR_BUFFER& buff
 
 void KNTextureManager::retire(unsigned char* pixels) {
     if (pixels != nullptr &&
-        std::find(mRetiredPixels.begin(), mRetiredPixels.end(), pixels) == mRetiredPixels.end()) {
-        mRetiredPixels.push_back(pixels);
+        std::find(gRetiredPixels.begin(), gRetiredPixels.end(), pixels) == gRetiredPixels.end()) {
+        gRetiredPixels.push_back(pixels);
     }
 }
 
@@ -419,8 +424,8 @@ void KNTextureManager::releasePixels(_TEXTURE_COLOR_BUFFER* buffer) {
             listed->pixels = nullptr;
         }
     }
-    mRetiredPixels.erase(std::remove(mRetiredPixels.begin(), mRetiredPixels.end(), pixels),
-                         mRetiredPixels.end());
+    gRetiredPixels.erase(std::remove(gRetiredPixels.begin(), gRetiredPixels.end(), pixels),
+                         gRetiredPixels.end());
     free(pixels);
     buffer->pixels = nullptr;
 }

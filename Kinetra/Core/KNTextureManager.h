@@ -82,8 +82,6 @@ class TALVEQAM_EXPORT KNTextureManager {
 
     std::vector<_TEXTURE_COLOR_BUFFER*> mColorBuffers;
     std::vector<TextureRecord> mTextures;
-    // Pixels a listed buffer let go of: a copy made with CopyTextureContext may still use them.
-    std::vector<unsigned char*> mRetiredPixels;
     unsigned mWrapOption;
     unsigned mFilterOption;
     unsigned mPixelFormat;

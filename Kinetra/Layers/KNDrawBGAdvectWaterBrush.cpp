@@ -47,6 +47,9 @@ KNDrawBGAdvectWaterBrush::KNDrawBGAdvectWaterBrush()
       mNoiseVectorScalar(0),
       mRadialVectorScalar(0) {}
 
+// Reverse declaration order: shader manager, MVP manager, then the two meshes.
+KNDrawBGAdvectWaterBrush::~KNDrawBGAdvectWaterBrush() = default;
+
 void KNDrawBGAdvectWaterBrush::initialize(float width, float height, int) {
     if (!qam::usableSurface(width, height, "KNDrawBGAdvectWaterBrush::initialize")) {
         return;

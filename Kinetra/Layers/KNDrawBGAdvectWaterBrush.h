@@ -19,7 +19,7 @@ class TALVEQAM_EXPORT KNDrawBGAdvectWaterBrush {
     static constexpr unsigned int kUnsetTexture = 0xFFFFFFFFu;
 
     KNDrawBGAdvectWaterBrush();
-    ~KNDrawBGAdvectWaterBrush() = default;
+    ~KNDrawBGAdvectWaterBrush();
     KNDrawBGAdvectWaterBrush(const KNDrawBGAdvectWaterBrush&) = delete;
     KNDrawBGAdvectWaterBrush& operator=(const KNDrawBGAdvectWaterBrush&) = delete;
 

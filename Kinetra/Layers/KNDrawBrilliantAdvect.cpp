@@ -25,6 +25,12 @@ KNDrawBrilliantAdvect::KNDrawBrilliantAdvect() {
     setMesh(&mMesh);
 }
 
+KNDrawBrilliantAdvect::~KNDrawBrilliantAdvect() = default;
+
+void KNDrawBrilliantAdvect::contextChanged() {
+    KNIRenderer::contextChanged();
+}
+
 void KNDrawBrilliantAdvect::initRender(float width, float height) {
     if (!qam::usableSurface(width, height, "KNDrawBrilliantAdvect::initRender")) {
         return;

@@ -13,8 +13,11 @@ namespace Kinetra {
 class TALVEQAM_EXPORT KNDrawBrilliantAdvect : public KNIRenderer {
   public:
     KNDrawBrilliantAdvect();
-    ~KNDrawBrilliantAdvect() override = default;
+    ~KNDrawBrilliantAdvect() override;
 
+    // Forgets the program's name, as the base does; defined here so that code built
+    // against this class finds it.
+    void contextChanged() override;
     void initRender(float width, float height) override;
     void drawRender() override;
 

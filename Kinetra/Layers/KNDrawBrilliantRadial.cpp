@@ -20,6 +20,12 @@ KNDrawBrilliantRadial::KNDrawBrilliantRadial() {
     setMesh(&mMesh);
 }
 
+KNDrawBrilliantRadial::~KNDrawBrilliantRadial() = default;
+
+void KNDrawBrilliantRadial::contextChanged() {
+    KNIRenderer::contextChanged();
+}
+
 void KNDrawBrilliantRadial::initRender(float width, float height) {
     if (!qam::usableSurface(width, height, "KNDrawBrilliantRadial::initRender")) {
         return;

@@ -16,8 +16,11 @@ namespace Kinetra {
 class TALVEQAM_EXPORT KNDrawBrilliantRadial : public KNIRenderer {
   public:
     KNDrawBrilliantRadial();
-    ~KNDrawBrilliantRadial() override = default;
+    ~KNDrawBrilliantRadial() override;
 
+    // Forgets the program's name, as the base does; defined here so that code built
+    // against this class finds it.
+    void contextChanged() override;
     void initRender(float width, float height) override;
     void drawRender() override;
 

@@ -29,6 +29,12 @@ KNDrawBrilliantRing::KNDrawBrilliantRing() {
     setMesh(&mMesh);
 }
 
+KNDrawBrilliantRing::~KNDrawBrilliantRing() = default;
+
+void KNDrawBrilliantRing::contextChanged() {
+    KNIRenderer::contextChanged();
+}
+
 void KNDrawBrilliantRing::initRender(float width, float height) {
     if (!qam::usableSurface(width, height, "KNDrawBrilliantRing::initRender")) {
         return;

@@ -16,8 +16,11 @@ namespace Kinetra {
 class TALVEQAM_EXPORT KNDrawBrilliantRing : public KNIRenderer {
   public:
     KNDrawBrilliantRing();
-    ~KNDrawBrilliantRing() override = default;
+    ~KNDrawBrilliantRing() override;
 
+    // Forgets the program's name, as the base does; defined here so that code built
+    // against this class finds it.
+    void contextChanged() override;
     void initRender(float width, float height) override;
     void drawRender() override;
 

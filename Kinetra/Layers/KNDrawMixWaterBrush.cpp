@@ -50,6 +50,9 @@ KNDrawMixWaterBrush::KNDrawMixWaterBrush()
       mGreenSaturation(0),
       mBlueSaturation(0) {}
 
+// Reverse declaration order: shader manager, MVP manager, then the two meshes.
+KNDrawMixWaterBrush::~KNDrawMixWaterBrush() = default;
+
 void KNDrawMixWaterBrush::initialize(float width, float height, int) {
     if (!qam::usableSurface(width, height, "KNDrawMixWaterBrush::initialize")) {
         return;

@@ -17,7 +17,7 @@ class TALVEQAM_EXPORT KNDrawMixWaterBrush {
     static constexpr unsigned int kUnsetTexture = 0xFFFFFFFFu;
 
     KNDrawMixWaterBrush();
-    ~KNDrawMixWaterBrush() = default;
+    ~KNDrawMixWaterBrush();
     KNDrawMixWaterBrush(const KNDrawMixWaterBrush&) = delete;
     KNDrawMixWaterBrush& operator=(const KNDrawMixWaterBrush&) = delete;
 

@@ -29,6 +29,10 @@ KNDrawRadialColorBrush::~KNDrawRadialColorBrush() {
     delete mRectMesh;
 }
 
+void KNDrawRadialColorBrush::contextChanged() {
+    KNIRenderer::contextChanged();
+}
+
 void KNDrawRadialColorBrush::initRender(float width, float height) {
     if (!qam::storeSurface(width, height, "KNDrawRadialColorBrush::initRender", mSurfaceWidth,
                            mSurfaceHeight)) {

@@ -19,6 +19,9 @@ class TALVEQAM_EXPORT KNDrawRadialColorBrush : public KNIRenderer {
     KNDrawRadialColorBrush();
     ~KNDrawRadialColorBrush() override;
 
+    // Forgets the program's name, as the base does; defined here so that code built
+    // against this class finds it.
+    void contextChanged() override;
     void initRender(float width, float height) override;
     void drawRender() override;
 

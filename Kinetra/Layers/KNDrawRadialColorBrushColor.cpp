@@ -31,6 +31,10 @@ KNDrawRadialColorBrushColor::~KNDrawRadialColorBrushColor() {
     delete mRectMesh;
 }
 
+void KNDrawRadialColorBrushColor::contextChanged() {
+    KNIRenderer::contextChanged();
+}
+
 void KNDrawRadialColorBrushColor::initRender(float width, float height) {
     if (!qam::storeSurface(width, height, "KNDrawRadialColorBrushColor::initRender", mSurfaceWidth,
                            mSurfaceHeight)) {

@@ -18,6 +18,9 @@ class TALVEQAM_EXPORT KNDrawRadialColorBrushColor : public KNIRenderer {
     ~KNDrawRadialColorBrushColor() override;
 
     // Also takes the size as the renderer's screen size.
+    // Forgets the program's name, as the base does; defined here so that code built
+    // against this class finds it.
+    void contextChanged() override;
     void initRender(float width, float height) override;
     void drawRender() override;
 

@@ -26,6 +26,12 @@ KNDrawRadialWaterBrush::KNDrawRadialWaterBrush()
       mGraphPow(0),
       mGraphMultiply(0) {}
 
+KNDrawRadialWaterBrush::~KNDrawRadialWaterBrush() = default;
+
+void KNDrawRadialWaterBrush::contextChanged() {
+    KNIRenderer::contextChanged();
+}
+
 void KNDrawRadialWaterBrush::initRender(float width, float height) {
     if (!qam::storeSurface(width, height, "KNDrawRadialWaterBrush::initRender", mSurfaceWidth,
                            mSurfaceHeight)) {

@@ -16,9 +16,12 @@ class TALVEQAM_EXPORT KNDrawRadialWaterBrush : public KNIRenderer {
     static constexpr unsigned int kUnsetTexture = 0xFFFFFFFFu;
 
     KNDrawRadialWaterBrush();
-    ~KNDrawRadialWaterBrush() override = default;
+    ~KNDrawRadialWaterBrush() override;
 
     // Also sets the graph power to 2 and the multiplier to 4.
+    // Forgets the program's name, as the base does; defined here so that code built
+    // against this class finds it.
+    void contextChanged() override;
     void initRender(float width, float height) override;
     void drawRender() override;
 

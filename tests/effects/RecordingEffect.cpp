@@ -32,7 +32,6 @@ class TimedAnimation : public vi::IAnimation {
         mStart = now;
         mRunning = true;
     }
-    float getDuration() const override { return mDuration; }
     void update(float now) override {
         if (mRunning && now - mStart >= mDuration) {
             mRunning = false;

@@ -1,5 +1,8 @@
 #include "Common/Renderer/Base/RenderableTexture.h"
 
+#include <algorithm>
+#include <vector>
+
 #include "Common/Platform/Log.h"
 #include "Common/Renderer/Base/Drawable.h"
 #include "Common/Renderer/Base/Renderer.h"
@@ -22,6 +25,10 @@ struct SavedTarget {
                    static_cast<GLsizei>(size.x), static_cast<GLsizei>(size.y));
     }
 };
+
+// The targets whose renderFrame() is running on this thread, innermost last: a renderer that
+// samples the target it is drawn into would otherwise recurse without end.
+thread_local std::vector<const RenderableTexture*> tRendering;
 
 }  // namespace
 
@@ -55,6 +62,7 @@ RenderableTexture::RenderableTexture(unsigned x, unsigned y, unsigned width, uns
 }
 
 RenderableTexture::~RenderableTexture() {
+    qam::forgetLoggedOnce(this);
     if (mFrameBuffer != 0) {
         glBindFramebuffer(GL_FRAMEBUFFER, 0);
         glBindRenderbuffer(GL_RENDERBUFFER, 0);
@@ -173,11 +181,11 @@ void RenderableTexture::renderFrame() {
     if (mRenderers == nullptr || mRenderers->empty()) {
         return;
     }
-    if (mIsRendering) {
-        qam::logError("RenderableTexture: target drawn into itself, inner frame skipped");
+    if (std::find(tRendering.begin(), tRendering.end(), this) != tRendering.end()) {
+        qam::logErrorOnce(this, "RenderableTexture: target drawn into itself, inner frame skipped");
         return;
     }
-    mIsRendering = true;
+    tRendering.push_back(this);
     const glm::mat4 savedView = *Drawable::mViewMatrix;
     const glm::mat4 savedProjection = *Drawable::mProjectionMatrix;
     *Drawable::mViewMatrix = mViewMatrix;
@@ -198,7 +206,7 @@ void RenderableTexture::renderFrame() {
 
     *Drawable::mViewMatrix = savedView;
     *Drawable::mProjectionMatrix = savedProjection;
-    mIsRendering = false;
+    tRendering.pop_back();
 }
 
 void RenderableTexture::readBuffer(unsigned char* pixels) {

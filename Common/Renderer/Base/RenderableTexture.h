@@ -74,9 +74,6 @@ class TALVEQAM_EXPORT RenderableTexture : public Texture {
   private:
     // Binds this target and points the statics at it; callers save what was current first.
     void bindAsCurrent();
-
-    // Guards against a renderer that samples the target it is drawn into.
-    bool mIsRendering = false;
 };
 
 }  // namespace vi

@@ -56,6 +56,7 @@ Renderer::Renderer(ShaderProgram& program, Drawable& drawable)
 }
 
 Renderer::~Renderer() {
+    qam::forgetLoggedOnce(this);
     if (mIndexBuffer != kNoBuffer) {
         deleteBuffer(mIndexBuffer);
     }
@@ -182,13 +183,9 @@ void Renderer::draw() {
 
     // Without vertices an indexed draw would read past the attribute buffers.
     if (mVertexCount == 0) {
-        if (!mIsEmptyReported) {
-            qam::logError("Renderer: drawable has no positions, draw skipped");
-            mIsEmptyReported = true;
-        }
+        qam::logErrorOnce(this, "Renderer: drawable has no positions, draw skipped");
         return;
     }
-    mIsEmptyReported = false;
 
     if (mIndexBuffer == kNoBuffer) {
         glDrawArrays(drawable.mMode, 0, static_cast<GLsizei>(mVertexCount));

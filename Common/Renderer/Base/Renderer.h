@@ -87,9 +87,6 @@ class TALVEQAM_EXPORT Renderer {
 
   private:
     unsigned countVertices() const;
-
-    // An empty drawable is reported once, not at every frame.
-    bool mIsEmptyReported = false;
 };
 
 }  // namespace vi

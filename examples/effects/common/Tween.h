@@ -14,7 +14,6 @@ class Tween : public vi::IAnimation {
     Tween(float from, float to, float seconds, Easing easing = nullptr);
 
     void start(float now) override;
-    float getDuration() const override { return mSeconds; }
     void update(float now) override;
     bool isRunning() override { return mRunning; }
     // Stops where it is.

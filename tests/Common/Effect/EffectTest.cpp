@@ -96,7 +96,6 @@ TEST_F(TimerTest, PauseTwiceKeepsTheFirstTimeAndResumeMovesTheOriginBackByThePau
 
 struct CountingAnimation : vi::IAnimation {
     void start(float) override {}
-    float getDuration() const override { return 0.0f; }
     void update(float now) override { seen.push_back(now); }
     bool isRunning() override { return running; }
     void stop() override { running = false; }

@@ -1,4 +1,5 @@
 #include <EGL/egl.h>
+#include <dlfcn.h>
 
 #include <algorithm>
 #include <cstdio>
@@ -129,6 +130,26 @@ TEST_F(HostLifecycleTest, DrawWantsMoreFramesWhileAnAnimationRunsUntilDestroyed)
     mSlot.set(new BareEffect());
     Host::init(mSlot, kWidth, kHeight, false);
     EXPECT_TRUE(Host::draw(mSlot));
+}
+
+// Built as effect libraries from elsewhere are: the manager reaches its own animation class by
+// vtable slot, and its renderer subclasses' fields sit right after the library's data.
+TEST_F(HostLifecycleTest, AnEffectOnTheBinaryContractIsCalledBySlotAndKeepsItsAddedFields) {
+    ASSERT_TRUE(load(LAYOUT_EFFECT_PATH));
+    const auto report = reinterpret_cast<const char* (*)()>(
+        dlsym(dlopen(LAYOUT_EFFECT_PATH, RTLD_NOW | RTLD_NOLOAD), "layoutEffectReport"));
+    ASSERT_NE(report, nullptr);
+    Host::init(mSlot, kWidth, kHeight, false);
+    EXPECT_TRUE(Host::draw(mSlot));
+    EXPECT_TRUE(Host::draw(mSlot));
+    EXPECT_FALSE(Host::draw(mSlot));  // its three frames are up
+    loseContext();
+    Host::init(mSlot, kWidth, kHeight, false);
+    EXPECT_FALSE(Host::draw(mSlot));
+    EXPECT_EQ(pixel(8, 32), 0xFF0000FFu);
+    EXPECT_EQ(pixel(56, 32), 0x00FF00FFu);
+    Host::destroy(mSlot);
+    EXPECT_STREQ(report(), "updates 4 stops 1 tags kept");
 }
 
 // An initialised recording effect that has drawn its first frame.
