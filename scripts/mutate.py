@@ -59,6 +59,10 @@ MUTANTS = [
      "destroy keeps the stored parameters: they are replayed into the next effect's init"),
 
     # Common/Effect
+    Mutant("Common/Effect/IAnimation.h",
+     "    virtual void update(float now) = 0;",
+     "    virtual float getDuration() const { return 0.0f; }\n    virtual void update(float now) = 0;",
+     "a fourth leading animation slot: the manager's calls miss an effect's own animation class"),
     Mutant("Common/Effect/Effect.cpp",
      "projection[0][0] = 2.0f / width;",
      "projection[0][0] = 1.0f / width;",

@@ -1,6 +1,7 @@
-# Compiles the layout tables with Debian's cross compilers (syntax only), so the 32-bit ARM
-# figures are checked as well as the 64-bit ones. Target headers first; GL, glm and GoogleTest
-# headers, which are the same for every architecture, come from the build machine's tree.
+# Compiles SOURCES with Debian's cross compilers for arm64 and armv7 (syntax only, with OPTIONS):
+# the NEON paths, which nothing on an x86-64 build machine otherwise sees, and the layout tables,
+# whose 32-bit figures only a 32-bit compiler checks. Target headers first; GL, glm and
+# GoogleTest headers, the same for every architecture, come from the build machine's tree.
 foreach(compiler IN ITEMS "aarch64-linux-gnu-g++" "arm-linux-gnueabihf-g++;-mfpu=neon")
     foreach(source IN LISTS SOURCES)
         execute_process(
@@ -12,4 +13,3 @@ foreach(compiler IN ITEMS "aarch64-linux-gnu-g++" "arm-linux-gnueabihf-g++;-mfpu
         endif()
     endforeach()
 endforeach()
-message(STATUS "layout tables hold for arm64 and armv7")
