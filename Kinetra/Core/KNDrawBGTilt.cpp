@@ -108,4 +108,20 @@ void KNDrawBGTilt::drawRender() {
     setDrawElementsWithOption(GL_TRIANGLE_STRIP);
 }
 
+void KNDrawBGTilt::setAlphaBlend(float alpha) {
+    mAlphaScale = alpha;
+}
+
+void KNDrawBGTilt::setRearTextureID(unsigned int id) {
+    mRearTextureId = id;
+}
+
+void KNDrawBGTilt::setFrontTextureID(unsigned int id) {
+    mFrontTextureId = id;
+}
+
+bool KNDrawBGTilt::getFBOUV() const {
+    return mFBOUV;
+}
+
 }  // namespace Kinetra

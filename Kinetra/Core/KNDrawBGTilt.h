@@ -27,14 +27,14 @@ class TALVEQAM_EXPORT KNDrawBGTilt : public KNIRenderer {
     void createRectVertex(float width, float height);
     void setRectAlign(unsigned int align);
     void setSize(float width, float height);
-    void setAlphaBlend(float alpha) { mAlphaScale = alpha; }
+    void setAlphaBlend(float alpha);
     void setRearTexture(const char* name);
     void setFrontTexture(const char* name);
-    void setRearTextureID(unsigned int id) { mRearTextureId = id; }
-    void setFrontTextureID(unsigned int id) { mFrontTextureId = id; }
+    void setRearTextureID(unsigned int id);
+    void setFrontTextureID(unsigned int id);
     // Flipped coordinates, for textures rendered into a frame-buffer object.
     void setFBOUV();
-    bool getFBOUV() const { return mFBOUV; }
+    bool getFBOUV() const;
     void createTextureUV();
     void createFBOTextureUV();
 

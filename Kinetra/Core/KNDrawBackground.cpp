@@ -91,4 +91,12 @@ void KNDrawBackground::drawRender() {
     setDrawElementsWithOption(GL_TRIANGLE_STRIP);
 }
 
+unsigned int KNDrawBackground::getTextureID() const {
+    return mTextureId;
+}
+
+bool KNDrawBackground::getFBOUV() const {
+    return mFBOUV;
+}
+
 }  // namespace Kinetra

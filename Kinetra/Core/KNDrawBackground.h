@@ -25,11 +25,11 @@ class TALVEQAM_EXPORT KNDrawBackground : public KNIRenderer {
     void resizeSurface(float width, float height);
     void setTexture(const char* name);
     void setTextureID(const unsigned int& id);
-    unsigned int getTextureID() const { return mTextureId; }
+    unsigned int getTextureID() const;
     // Flips the coordinates vertically, for a texture rendered into a frame-buffer object;
     // a second call flips them back.
     void setFBOUV();
-    bool getFBOUV() const { return mFBOUV; }
+    bool getFBOUV() const;
 
   private:
     void cropToBackground();

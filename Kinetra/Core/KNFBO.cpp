@@ -160,4 +160,12 @@ void KNFBO::contextChanged() {
     mRenderbuffer = 0;
 }
 
+unsigned KNFBO::getFBOTexture() const {
+    return mTexture;
+}
+
+unsigned KNFBO::getFBOHandler() const {
+    return mFramebuffer;
+}
+
 }  // namespace Kinetra

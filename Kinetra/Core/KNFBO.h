@@ -34,8 +34,8 @@ class TALVEQAM_EXPORT KNFBO {
     void setFBOTextureMagFilterOption(const unsigned& filter);  // min and mag alike
     void setFBOTextureDataType(const unsigned& type);
 
-    unsigned getFBOTexture() const { return mTexture; }
-    unsigned getFBOHandler() const { return mFramebuffer; }
+    unsigned getFBOTexture() const;
+    unsigned getFBOHandler() const;
 
     void destroyFBOSurface();
     // Forgets the GL names without deleting them: their context is gone. Size, options and

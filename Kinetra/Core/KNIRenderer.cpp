@@ -610,4 +610,60 @@ void KNIRenderer::draw() {
     resetShaderParameters();
 }
 
+const float* KNIRenderer::getScreenSize() const {
+    return mScreenSize;
+}
+
+const float* KNIRenderer::getRenderSize() const {
+    return mRenderSize;
+}
+
+void KNIRenderer::setMesh(KNMesh* mesh) {
+    mMesh = mesh;
+}
+
+KNMesh* KNIRenderer::getMesh() {
+    return mMesh;
+}
+
+KNShaderManager* KNIRenderer::getShaderManager() {
+    return mShader;
+}
+
+KNMVPManager* KNIRenderer::getMVPManager() {
+    return mMVP;
+}
+
+float* KNIRenderer::getColor() {
+    return mColor;
+}
+
+float* KNIRenderer::getPosition() {
+    return mTranslate;
+}
+
+float* KNIRenderer::getRotate() {
+    return mRotate;
+}
+
+float* KNIRenderer::getScale() {
+    return mScale;
+}
+
+void KNIRenderer::setVisible(bool visible) {
+    mVisible = visible;
+}
+
+bool KNIRenderer::getVisible() const {
+    return mVisible != 0;
+}
+
+void KNIRenderer::setDepthTest(bool depthTest) {
+    mDepthTest = depthTest;
+}
+
+bool KNIRenderer::getDepthTest() const {
+    return mDepthTest != 0;
+}
+
 }  // namespace Kinetra

@@ -34,14 +34,14 @@ class TALVEQAM_EXPORT KNIRenderer {
     void initialize(float width, float height);
     void setScreenSize(float width, float height);
     // Width and height: 720 x 1280 unless set; the size given to initialize.
-    const float* getScreenSize() const { return mScreenSize; }
-    const float* getRenderSize() const { return mRenderSize; }
-    void setMesh(KNMesh* mesh) { mMesh = mesh; }
-    KNMesh* getMesh() { return mMesh; }
+    const float* getScreenSize() const;
+    const float* getRenderSize() const;
+    void setMesh(KNMesh* mesh);
+    KNMesh* getMesh();
     void createShaderProgram(const char* vertexSource, const char* fragmentSource);
     // Null until createShaderProgram / the first camera call or initialize.
-    KNShaderManager* getShaderManager() { return mShader; }
-    KNMVPManager* getMVPManager() { return mMVP; }
+    KNShaderManager* getShaderManager();
+    KNMVPManager* getMVPManager();
 
     void setOrthogonalCameraView(float left, float right, float bottom, float top, float nearZ,
                                  float farZ);
@@ -90,23 +90,23 @@ class TALVEQAM_EXPORT KNIRenderer {
     void runCustomDraw();
 
     void setColor(float r, float g, float b, float a);
-    float* getColor() { return mColor; }
+    float* getColor();
     void setTranslate(float x, float y, float z);
-    float* getPosition() { return mTranslate; }
+    float* getPosition();
     // Degrees, then the axis.
     void setRotate(float angle, float x, float y, float z);
-    float* getRotate() { return mRotate; }
+    float* getRotate();
     void setScale(float x, float y, float z);
-    float* getScale() { return mScale; }
+    float* getScale();
     // The next draw uses these 16 floats as the model matrix.
     void convertModelMatrix(float* m);
     KNMVPManager::Matrix& getViewMatrix();
     KNMVPManager::Matrix& getMVPMatrix();
 
-    void setVisible(bool visible) { mVisible = visible; }
-    bool getVisible() const { return mVisible != 0; }
-    void setDepthTest(bool depthTest) { mDepthTest = depthTest; }
-    bool getDepthTest() const { return mDepthTest != 0; }
+    void setVisible(bool visible);
+    bool getVisible() const;
+    void setDepthTest(bool depthTest);
+    bool getDepthTest() const;
     void setBlendOption(const unsigned int& src, const unsigned int& dst);
     void setBlendOption(const unsigned int& srcRGB, const unsigned int& dstRGB,
                         const unsigned int& srcAlpha, const unsigned int& dstAlpha);

@@ -188,4 +188,20 @@ int KNISceneComponent::isEmptyScene() {
     return 0;
 }
 
+void KNISceneComponent::setVisibility(int visibility) {
+    mVisibility = visibility;
+}
+
+int KNISceneComponent::getVisibility() const {
+    return mVisibility;
+}
+
+void KNISceneComponent::setFrozen(bool frozen) {
+    mFrozen = frozen;
+}
+
+bool KNISceneComponent::isFrozen() const {
+    return mFrozen;
+}
+
 }  // namespace Kinetra

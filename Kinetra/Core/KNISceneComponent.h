@@ -31,11 +31,11 @@ class TALVEQAM_EXPORT KNISceneComponent {
     void removeMaskLayer(void* layer);
 
     // Only 1 counts as visible.
-    void setVisibility(int visibility) { mVisibility = visibility; }
-    int getVisibility() const { return mVisibility; }
+    void setVisibility(int visibility);
+    int getVisibility() const;
     // A frozen child is still drawn but neither updated nor touched.
-    void setFrozen(bool frozen) { mFrozen = frozen; }
-    bool isFrozen() const { return mFrozen; }
+    void setFrozen(bool frozen);
+    bool isFrozen() const;
 
     void onUpdateScene();
     void onDrawScene();

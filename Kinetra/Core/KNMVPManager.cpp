@@ -286,4 +286,32 @@ KNMVPManager::Matrix& KNMVPManager::getITModelMatrix() {
     return mITModel;
 }
 
+void KNMVPManager::setCameraPosition(const Vector& eye) {
+    mEye = eye;
+}
+
+KNMVPManager::Vector KNMVPManager::getCameraPosition() const {
+    return mEye;
+}
+
+KNMVPManager::Vector KNMVPManager::getCameraCentre() const {
+    return mCentre;
+}
+
+KNMVPManager::Vector KNMVPManager::getCameraUp() const {
+    return mUp;
+}
+
+KNMVPManager::Matrix& KNMVPManager::getPRJMatrix() {
+    return mProjection;
+}
+
+KNMVPManager::Matrix& KNMVPManager::getModelMatrix() {
+    return mModel;
+}
+
+KNMVPManager::Matrix& KNMVPManager::getViewMatrix() {
+    return mView;
+}
+
 }  // namespace Kinetra

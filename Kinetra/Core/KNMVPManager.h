@@ -52,15 +52,15 @@ class TALVEQAM_EXPORT KNMVPManager {
     void setModelMatrix(const float* m);
     void setModelTransform(const Matrix& m);
 
-    void setCameraPosition(const Vector& eye) { mEye = eye; }
-    Vector getCameraPosition() const { return mEye; }
+    void setCameraPosition(const Vector& eye);
+    Vector getCameraPosition() const;
     // The centre given to setLookAt and the up vector its builder orthonormalised.
-    Vector getCameraCentre() const { return mCentre; }
-    Vector getCameraUp() const { return mUp; }
+    Vector getCameraCentre() const;
+    Vector getCameraUp() const;
 
-    Matrix& getPRJMatrix() { return mProjection; }
-    Matrix& getModelMatrix() { return mModel; }
-    Matrix& getViewMatrix() { return mView; }
+    Matrix& getPRJMatrix();
+    Matrix& getModelMatrix();
+    Matrix& getViewMatrix();
     Matrix& getMVMatrix();
     // projection · view · model in OpenGL's reading.
     Matrix& getMVPMatrix();

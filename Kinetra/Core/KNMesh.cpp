@@ -20,4 +20,12 @@ void KNMesh::reset() {
     auxE.clear();
 }
 
+unsigned int KNMesh::getNumOfVertex() const {
+    return static_cast<unsigned int>(vertex.size());
+}
+
+unsigned int KNMesh::getNumOfVertexIndex() const {
+    return static_cast<unsigned int>(index.size());
+}
+
 }  // namespace Kinetra

@@ -16,8 +16,8 @@ class TALVEQAM_EXPORT KNMesh {
     KNMesh();
     ~KNMesh();
 
-    unsigned int getNumOfVertex() const { return static_cast<unsigned int>(vertex.size()); }
-    unsigned int getNumOfVertexIndex() const { return static_cast<unsigned int>(index.size()); }
+    unsigned int getNumOfVertex() const;
+    unsigned int getNumOfVertexIndex() const;
     // Empties every array but aux A, aux B and custom, keeping their storage.
     void reset();
 

@@ -199,4 +199,8 @@ int KNShaderManager::lookUp(const std::vector<Location>& table, int id, const ch
     return 0;
 }
 
+unsigned int KNShaderManager::getProgram() const {
+    return mProgram;
+}
+
 }  // namespace Kinetra

@@ -33,7 +33,7 @@ class TALVEQAM_EXPORT KNShaderManager {
     int getAttributeLoc(const char* name);
     int getUniformLoc(const char* name);
 
-    unsigned int getProgram() const { return mProgram; }
+    unsigned int getProgram() const;
 
     // Deletes the program (the stale name stays until the next createProgram) and empties
     // both tables.
