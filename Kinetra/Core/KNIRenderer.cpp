@@ -5,8 +5,6 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
-#include <mutex>
-#include <unordered_map>
 
 #include "Common/Platform/Log.h"
 #include "Kinetra/Core/KNMesh.h"
@@ -32,37 +30,50 @@ float length(const Vector& v) {
     return std::sqrt(v.x * v.x + v.y * v.y + v.z * v.z);
 }
 
-// Fewest vertices among the arrays each renderer has bound since its last draw. Kept beside
-// the renderers, not in them: effect libraries lay KNIRenderer out field by field.
+// Fewest vertices among the arrays each renderer has bound since its last draw, on this (the GL)
+// thread. Kept beside the renderers, not in them: effect libraries lay KNIRenderer out field by
+// field. Usually one entry, the layer being drawn; a fixed array, so the frame allocates nothing
+// and layers held in statics may still reach it as the process ends.
 class BoundVertices {
   public:
     void bound(const KNIRenderer* renderer, unsigned int vertices) {
-        const std::lock_guard<std::mutex> lock(mMutex);
-        const auto [entry, added] = mVertices.emplace(renderer, vertices);
-        if (!added) {
-            entry->second = std::min(entry->second, vertices);
-        }
+        if (Entry* entry = find(renderer)) {
+            entry->vertices = std::min(entry->vertices, vertices);
+        } else if (mCount < kCapacity) {
+            mEntries[mCount++] = {renderer, vertices};
+        }  // else more layers bind at once than ever draw together: that one goes unchecked
     }
     unsigned int limit(const KNIRenderer* renderer) {
-        const std::lock_guard<std::mutex> lock(mMutex);
-        const auto entry = mVertices.find(renderer);
-        return entry == mVertices.end() ? kNoLimit : entry->second;
+        const Entry* entry = find(renderer);
+        return entry == nullptr ? kNoLimit : entry->vertices;
     }
     void forget(const KNIRenderer* renderer) {
-        const std::lock_guard<std::mutex> lock(mMutex);
-        mVertices.erase(renderer);
+        if (Entry* entry = find(renderer)) {
+            *entry = mEntries[--mCount];
+        }
     }
 
   private:
-    std::mutex mMutex;
-    std::unordered_map<const KNIRenderer*, unsigned int> mVertices;
+    struct Entry {
+        const KNIRenderer* renderer;
+        unsigned int vertices;
+    };
+    static constexpr unsigned int kCapacity = 8;
+
+    Entry* find(const KNIRenderer* renderer) {
+        for (unsigned int i = 0; i < mCount; ++i) {
+            if (mEntries[i].renderer == renderer) {
+                return &mEntries[i];
+            }
+        }
+        return nullptr;
+    }
+
+    Entry mEntries[kCapacity];
+    unsigned int mCount;
 };
 
-// Never destroyed: layers held in statics may die after it.
-BoundVertices& boundVertices() {
-    static BoundVertices* const table = new BoundVertices;
-    return *table;
-}
+thread_local BoundVertices tBoundVertices;
 
 }  // namespace
 
@@ -89,7 +100,7 @@ KNIRenderer::KNIRenderer()
       mCustomDrawPending(false) {}
 
 KNIRenderer::~KNIRenderer() {
-    boundVertices().forget(this);
+    tBoundVertices.forget(this);
     delete mShader;
     delete mMVP;
 }
@@ -243,7 +254,7 @@ void KNIRenderer::bindAttribute(const char* name, unsigned int size, const void*
                           static_cast<GLsizei>(size * sizeof(float)), data);
     glEnableVertexAttribArray(index);
     if (elements != kNoLimit) {
-        boundVertices().bound(this, elements);
+        tBoundVertices.bound(this, elements);
     }
 }
 
@@ -469,7 +480,7 @@ bool KNIRenderer::withinBoundArrays(const char* caller, unsigned int vertices,
     for (unsigned int k = 0; k < indexCount; ++k) {
         needed = std::max(needed, indices[k] + 1u);
     }
-    const unsigned int bound = boundVertices().limit(this);
+    const unsigned int bound = tBoundVertices.limit(this);
     if (needed > bound) {
         qam::logError(
             "KNIRenderer::%s: the draw reads %u vertices but a bound array holds %u, "
@@ -584,7 +595,7 @@ void KNIRenderer::resetShaderParameters() {
     mEnabledAttributes.clear();
     mTextureUnit = 0;
     mModelMatrixGiven = false;
-    boundVertices().forget(this);
+    tBoundVertices.forget(this);
 }
 
 void KNIRenderer::draw() {
