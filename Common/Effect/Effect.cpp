@@ -69,6 +69,7 @@ Effect::Effect(IAnimationManager* animationManager)
 }
 
 Effect::~Effect() {
+    qam::forgetLoggedOnce(this);
     delete mErrorTexture;
     if (mAnimationManager != nullptr) {
         mAnimationManager->stopAll();

@@ -39,21 +39,24 @@ void replacePixels(Effect& effect, Texture& texture, void* buffer, int width, in
 void Host::loadTexture(EffectSlot& slot, const char* name, int32_t* pixels, size_t pixelCount,
                        int width, int height) {
     HostLock lock;
+    Effect& effect = effectOrPending(slot.get());
+    // Undefined input only: a name the map cannot hold, or a size whose pixels the array does
+    // not have (a negative size makes the byte count negative or wrap). 0 x 0 is a texture.
     if (name == nullptr) {
-        qam::logError("loadTexture: no texture name");
+        qam::logErrorOnce(&effect, "loadTexture: no texture name, ignored");
         return;
     }
-    if (pixels != nullptr && (width <= 0 || height <= 0)) {
-        qam::logError("loadTexture: '%s' has size %dx%d, ignored", name, width, height);
+    if (pixels != nullptr && (width < 0 || height < 0)) {
+        qam::logErrorOnce(&effect, "loadTexture: '%s' has size %dx%d, ignored", name, width,
+                          height);
         return;
     }
     const size_t texels = static_cast<size_t>(width) * static_cast<size_t>(height);
     if (pixels != nullptr && pixelCount < texels) {
-        qam::logError("loadTexture: '%s' has %zu pixels for %dx%d, ignored", name, pixelCount,
-                      width, height);
+        qam::logErrorOnce(&effect, "loadTexture: '%s' has %zu pixels for %dx%d, ignored", name,
+                          pixelCount, width, height);
         return;
     }
-    Effect& effect = effectOrPending(slot.get());
     enterInstanceAndNotify(effect);
     Texture*& entry = (*effect.mTextures)[name];
     if (pixels == nullptr) {
@@ -62,8 +65,8 @@ void Host::loadTexture(EffectSlot& slot, const char* name, int32_t* pixels, size
         return;
     }
     void* buffer = malloc(texels * 4);
-    if (buffer == nullptr) {
-        qam::logError("loadTexture: no memory for '%s' (%dx%d)", name, width, height);
+    if (buffer == nullptr && texels > 0) {
+        qam::logErrorOnce(&effect, "loadTexture: no memory for '%s' (%dx%d)", name, width, height);
         return;
     }
     argbToRgba(reinterpret_cast<uint32_t*>(pixels), texels, strcmp(name, "bg") == 0, buffer);
@@ -78,11 +81,11 @@ void Host::loadTexture(EffectSlot& slot, const char* name, int32_t* pixels, size
 
 void Host::loadModel(EffectSlot& slot, const char* name, const void* data, size_t length) {
     HostLock lock;
-    if (name == nullptr) {
-        qam::logError("loadModel: no model name");
+    Effect& effect = effectOrPending(slot.get());
+    if (name == nullptr) {  // the map cannot hold it
+        qam::logErrorOnce(&effect, "loadModel: no model name, ignored");
         return;
     }
-    Effect& effect = effectOrPending(slot.get());
     ModelObject*& entry = effect.mModels[name];
     delete entry;
     // A removed model keeps its name with no model, so a later load does not free it twice.

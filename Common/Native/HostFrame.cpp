@@ -64,17 +64,13 @@ bool Host::draw(EffectSlot& slot) {
 
 void Host::drawBgOnly(EffectSlot& slot, int width, int height) {
     HostLock lock;
-    if (width <= 0 || height <= 0) {
-        qam::logError("drawBgOnly: surface size %dx%d ignored", width, height);
-        return;
-    }
     Effect& effect = effectOrPending(slot.get());
     RenderableTexture::mCurrentFrameBufferPosition = glm::uvec2(0, 0);
     RenderableTexture::mCurrentFrameBufferSize = glm::uvec2(width, height);
     glViewport(0, 0, width, height);
     Texture* texture = backgroundTexture(effect);
-    if (texture == nullptr) {
-        qam::logError("drawBgOnly: no background and no error texture before init");
+    if (texture == nullptr) {  // nothing to draw from: no "bg" and no error texture before init
+        qam::logErrorOnce(&effect, "drawBgOnly: no background and no error texture, nothing drawn");
         return;
     }
     auto background = std::make_unique<Background>(*texture);

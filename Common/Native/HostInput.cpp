@@ -40,8 +40,7 @@ void queueAt(EffectSlot& slot, int kind, int x, int y) {
 
 void Host::onTouch(EffectSlot& slot, int x, int y, int action) {
     if (action < 0 || action > 8) {
-        qam::logError("onTouch: unknown action %d ignored", action);
-        return;
+        return;  // any other action is ignored
     }
     queueAt(slot, Event::kTouchDown + action, x, y);
 }
@@ -60,11 +59,11 @@ void Host::showAffordance(EffectSlot& slot, int x, int y) {
 
 void Host::setParameters(EffectSlot& slot, const int32_t* keys, const float* values, size_t count) {
     HostLock lock;
+    Effect& effect = effectOrPending(slot.get());
     if (count > 0 && (keys == nullptr || values == nullptr)) {
-        qam::logError("setParameters: keys or values missing, ignored");
+        qam::logErrorOnce(&effect, "setParameters: keys or values missing, ignored");
         return;
     }
-    Effect& effect = effectOrPending(slot.get());
     for (size_t i = 0; i < count; ++i) {
         gParameters[keys[i]] = values[i];
         Event event = makeEvent(Event::kSetParameter);

@@ -17,10 +17,6 @@ void Host::init(EffectSlot& slot, int width, int height, bool recycle) {
     if (effect == nullptr) {
         return;
     }
-    if (width <= 0 || height <= 0) {
-        qam::logError("init: surface size %dx%d ignored", width, height);
-        return;
-    }
     Timer::restart();
     enterInstanceAndNotify(*effect);
     effect->initEffect(width, height);
@@ -46,8 +42,8 @@ void Host::init(EffectSlot& slot, int width, int height, bool recycle) {
 bool Host::loadEffect(EffectSlot& slot, const char* path, std::vector<std::string>& resourceNames) {
     HostLock lock;
     dlerror();
-    if (path == nullptr) {
-        qam::logError("loadEffect: no library path");
+    if (path == nullptr) {  // a null Java string has no characters to open
+        qam::logErrorOnce(&effectOrPending(slot.get()), "loadEffect: no library path, ignored");
         return false;
     }
     gEffectLibrary = dlopen(path, RTLD_NOW);
@@ -66,8 +62,8 @@ bool Host::loadEffect(EffectSlot& slot, const char* path, std::vector<std::strin
         slot.set(nullptr);
     }
     Effect* effect = gCreateScene();
-    if (effect == nullptr) {
-        qam::logError("loadEffect: createScene of %s made no effect", path);
+    if (effect == nullptr) {  // nothing to hand the pending events to
+        qam::logErrorOnce(&gPendingHolder, "loadEffect: createScene of %s made no effect", path);
         return false;  // pending events stay for the next effect
     }
     effect->mEvents = gPendingHolder.mEvents;

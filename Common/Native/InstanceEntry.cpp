@@ -13,11 +13,21 @@ namespace {
 
 constexpr int kNoBuffer = -1;
 
+// A renderer whose program an effect took away can be neither probed nor rebuilt; it is
+// passed over rather than taken as a lost context on every frame.
+bool hasProgram(const vi::Renderer& renderer) {
+    if (renderer.mProgram == nullptr) {
+        qam::logErrorOnce(&renderer, "Renderer without a shader program, not probed nor rebuilt");
+        return false;
+    }
+    return true;
+}
+
 // Whether the effect's first GL object still exists on the current context.
 bool resourcesAlive(const vi::Effect& effect) {
     if (!effect.mRenderers.empty()) {
         const vi::Renderer* first = effect.mRenderers.front();
-        return first->mProgram != nullptr && glIsProgram(first->mProgram->mProgram) == GL_TRUE;
+        return !hasProgram(*first) || glIsProgram(first->mProgram->mProgram) == GL_TRUE;
     }
     for (const vi::Texture* texture : effect.mTextureList) {
         if (texture->mTexture != 0) {
@@ -43,8 +53,7 @@ void forgetGLObjects(vi::Effect& effect) {
 }
 
 void rebuildRenderer(vi::Renderer& renderer) {
-    if (renderer.mProgram == nullptr) {
-        qam::logError("Renderer without a shader program skipped after the context loss");
+    if (!hasProgram(renderer)) {
         return;
     }
     renderer.mProgram->init();
@@ -60,7 +69,9 @@ void rebuildRenderer(vi::Renderer& renderer) {
                      drawable->mIndices.data(), GL_STATIC_DRAW);
     }
     for (auto& attribute : renderer.mAttributes) {
+        // The new program may place the attribute elsewhere; draw reads the record.
         const GLint location = glGetAttribLocation(program, attribute->mName.c_str());
+        attribute->mLocation = location;
         if (location == -1) {
             continue;
         }

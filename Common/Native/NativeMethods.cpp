@@ -107,13 +107,14 @@ NATIVE_METHOD(void, setParameters)(JNIEnv* env, jobject self, jintArray keys, jf
     JavaEffectSlot slot(env, self);
     JavaIntArray keyArray(env, keys);
     JavaFloatArray valueArray(env, values);
+    // A missing array, or fewer values than keys, would be read past its end.
     if (keys == nullptr || values == nullptr) {
-        qam::logError("setParameters: keys or values missing, ignored");
+        qam::logErrorOnce(slot.get(), "setParameters: keys or values missing, ignored");
         return;
     }
     if (valueArray.size() < keyArray.size()) {
-        qam::logError("setParameters: %zu values for %zu keys, ignored", valueArray.size(),
-                      keyArray.size());
+        qam::logErrorOnce(slot.get(), "setParameters: %zu values for %zu keys, ignored",
+                          valueArray.size(), keyArray.size());
         return;
     }
     Host::setParameters(slot, keyArray.get(), valueArray.get(), keyArray.size());

@@ -20,16 +20,26 @@ void logError(const char* format, ...) {
 
 namespace {
 
-std::mutex gLoggedOnceMutex;
 // (object, format) pairs already logged; the format's address stands for the cause.
-std::set<std::pair<const void*, const char*>> gLoggedOnce;
+using LoggedOnce = std::set<std::pair<const void*, const char*>>;
+
+// Never destroyed: objects in statics (the pending holder, for one) forget their keys as the
+// process exits, after this file's own statics may have gone.
+std::mutex& loggedOnceMutex() {
+    static std::mutex* const mutex = new std::mutex;
+    return *mutex;
+}
+LoggedOnce& loggedOnce() {
+    static LoggedOnce* const pairs = new LoggedOnce;
+    return *pairs;
+}
 
 }  // namespace
 
 void logErrorOnce(const void* object, const char* format, ...) {
     {
-        const std::lock_guard<std::mutex> lock(gLoggedOnceMutex);
-        if (!gLoggedOnce.emplace(object, format).second) {
+        const std::lock_guard<std::mutex> lock(loggedOnceMutex());
+        if (!loggedOnce().emplace(object, format).second) {
             return;
         }
     }
@@ -40,13 +50,14 @@ void logErrorOnce(const void* object, const char* format, ...) {
 }
 
 void forgetLoggedOnce(const void* object) {
-    const std::lock_guard<std::mutex> lock(gLoggedOnceMutex);
-    const auto first = gLoggedOnce.lower_bound({object, nullptr});
+    const std::lock_guard<std::mutex> lock(loggedOnceMutex());
+    LoggedOnce& pairs = loggedOnce();
+    const auto first = pairs.lower_bound({object, nullptr});
     auto last = first;
-    while (last != gLoggedOnce.end() && last->first == object) {
+    while (last != pairs.end() && last->first == object) {
         ++last;
     }
-    gLoggedOnce.erase(first, last);
+    pairs.erase(first, last);
 }
 
 void fatalError(const std::string& message, const char* sourcePath, const char* function,

@@ -7,9 +7,9 @@
 namespace vi {
 namespace {
 
-// Whether a control point's input level keeps its segment inside the table; NaN is not.
-bool isLevel(float x) {
-    return x >= 0.0f && x < float(Curves::kLevels);
+// Whether truncating `x` to an int is defined; NaN is not.
+bool fitsInt(float x) {
+    return x >= -2147483648.0f && x < 2147483648.0f;
 }
 
 unsigned char toByte(float y) {
@@ -31,6 +31,7 @@ Curves::Curves(const glm::vec2* red, int redCount, const glm::vec2* green, int g
 }
 
 Curves::~Curves() {
+    qam::forgetLoggedOnce(this);
     delete mTexture;
 }
 
@@ -43,7 +44,7 @@ void Curves::calculateCatmullRomPoints(const glm::vec2* red, int redCount, const
     calculateChannel(red, redCount, RED);
     calculateChannel(green, greenCount, GREEN);
     calculateChannel(blue, blueCount, BLUE);
-    delete mTexture;  // a second call replaces the texture instead of leaking it
+    // A renderer may still bind the previous texture: it stays in the effect's list.
     mTexture = new Texture(mTable, 1, kLevels, false, true, false, true, false, 4, false);
 }
 
@@ -52,16 +53,17 @@ void Curves::calculateChannel(const glm::vec2* points, int count, CHANNELS chann
         return;
     }
     if (points == nullptr) {
-        qam::logError("Curves: no points for %d control points of channel %d, channel kept", count,
-                      channel);
+        qam::logErrorOnce(this,
+                          "Curves: no points for %d control points of channel %d, channel kept",
+                          count, channel);
         return;
     }
     for (int k = 1; k < count; ++k) {
         const glm::vec2 from = points[k - 1];
         const glm::vec2 to = points[k];
-        if (!isLevel(from.x) || !isLevel(to.x)) {
-            qam::logError("Curves: segment %g..%g of channel %d is outside 0..255, skipped", from.x,
-                          to.x, channel);
+        if (!fitsInt(from.x) || !fitsInt(to.x + 1.0f)) {
+            qam::logErrorOnce(this, "Curves: segment %g..%g of channel %d has no levels, skipped",
+                              from.x, to.x, channel);
             continue;
         }
         // The segment's own end points serve as the outer control points.
@@ -71,18 +73,21 @@ void Curves::calculateChannel(const glm::vec2* points, int count, CHANNELS chann
 
 void Curves::calculateCatmullRomPoint(int start, int end, glm::vec2 p0, glm::vec2 p1, glm::vec2 p2,
                                       glm::vec2 p3, CHANNELS channel) {
-    if (start < 0 || end > kLevels || channel < RED || channel > BLUE) {
-        qam::logError("Curves: entries %d..%d of channel %d are outside the table, skipped", start,
-                      end, channel);
+    // An empty range writes nothing; any other must stay inside the table and the entry.
+    if (start < end &&
+        (start < 0 || end > kLevels || static_cast<unsigned>(channel) >= sizeof mTable[0])) {
+        qam::logErrorOnce(this,
+                          "Curves: entries %d..%d of channel %d are outside the table, skipped",
+                          start, end, channel);
         return;
     }
-    // A one-entry segment divides by zero: t is not a number and the entry becomes 255.
-    const float step = 1.0f / float(end - start - 1);
     for (int x = start; x < end; ++x) {
-        const float t = float(x - start) * step;
+        // Divided per entry, so the last one has t = 1 exactly. A one-entry segment divides
+        // 0 by 0: t is not a number and the entry becomes 255.
+        const float t = float(x - start) / float(end - start - 1);
         const float y = 0.5f * (2.0f * p1.y + (-p0.y + p2.y) * t +
-                                (2.0f * p0.y - 5.0f * p1.y + 4.0f * p2.y - p3.y) * t * t +
-                                (-p0.y + 3.0f * p1.y - 3.0f * p2.y + p3.y) * t * t * t);
+                                (2.0f * p0.y - 5.0f * p1.y + 4.0f * p2.y - p3.y) * (t * t) +
+                                (-p0.y + 3.0f * p1.y - 3.0f * p2.y + p3.y) * (t * t * t));
         mTable[x][channel] = toByte(y);
     }
 }

@@ -24,7 +24,8 @@ class TALVEQAM_EXPORT Curves {
     Curves& operator=(const Curves&) = delete;
 
     // Fills the table from the three curves (a curve of fewer than two points leaves its
-    // channel as it is) and makes a new texture over it.
+    // channel as it is) and makes a new texture over it. The previous texture is not
+    // deleted: a renderer may still hold it, and it goes with the effect's texture list.
     void calculateCatmullRomPoints(const glm::vec2* red, int redCount, const glm::vec2* green,
                                    int greenCount, const glm::vec2* blue, int blueCount);
     // Fills entries start..end-1 of `channel` with one Catmull-Rom segment.

@@ -19,6 +19,10 @@ constexpr const char* kSourcePath = "Common/Tools/File";
 
 File::File() = default;
 
+File::~File() {
+    qam::forgetLoggedOnce(this);
+}
+
 File::File(const std::string& name, bool fromAssets) {
     if (fromAssets) {
         load(name);
@@ -32,10 +36,11 @@ void File::readPath(const std::string& path) {
     if (file == nullptr) {
         failInvalidName(path, "File", 46);
     }
+    // A directory opens, but its end offset can be huge: the buffer could not hold it.
     struct stat info;
-    if (fstat(fileno(file), &info) != 0 || !S_ISREG(info.st_mode)) {
-        fclose(file);  // a directory opens, but its length is meaningless
-        qam::logError("File is not a regular file: %s", path.c_str());
+    if (fstat(fileno(file), &info) == 0 && S_ISDIR(info.st_mode)) {
+        fclose(file);
+        qam::logErrorOnce(this, "File is a directory: %s", path.c_str());
         return;
     }
     fseek(file, 0, SEEK_END);
@@ -77,7 +82,7 @@ unsigned File::getLength() const {
 
 void File::write(const void* data, unsigned size) {
     if (data == nullptr && size != 0) {
-        qam::logError("File write: no data for %u bytes, nothing written", size);
+        qam::logErrorOnce(this, "File write: no data for %u bytes, nothing written", size);
         return;
     }
     const auto* bytes = static_cast<const unsigned char*>(data);
@@ -88,7 +93,8 @@ int File::flush(const std::string& name, bool) {
     const std::string path = "/sdcard/" + name;
     FILE* file = fopen(path.c_str(), "wb");
     if (file == nullptr) {
-        qam::logError("File flush: cannot open %s, %u bytes dropped", path.c_str(), getLength());
+        qam::logErrorOnce(this, "File flush: cannot open %s, %u bytes dropped", path.c_str(),
+                          getLength());
         mBuffer.clear();
         return EOF;
     }

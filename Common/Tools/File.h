@@ -16,6 +16,8 @@ class TALVEQAM_EXPORT File {
     // Reads the asset `name` when `fromAssets`, else the file at path `name`. A missing
     // file or asset ends the process (status 46 or 88).
     File(const std::string& name, bool fromAssets);
+    // Forgets what this file, or a model built on it, logged once.
+    ~File();
 
     // Reads the asset `name` over whatever the buffer held.
     void load(const std::string& name);

@@ -25,8 +25,6 @@ std::array<Profiler::Record, Profiler::kMaxIds> Profiler::mTimeArray = emptyReco
 
 unsigned Profiler::registrateId(const char* name, void* user) {
     if (mCount >= kMaxIds) {
-        qam::logError("Profiler: all %u ids are taken, %s not registered", kMaxIds,
-                      name != nullptr ? name : "(null)");
         return kMaxIds;
     }
     mTimeArray[mCount].name = name;
@@ -45,7 +43,7 @@ void Profiler::addTime(unsigned id, unsigned startTick) {
         return;
     }
     if (id >= kMaxIds) {
-        qam::logError("Profiler: id %u is past the last record, time dropped", id);
+        qam::logErrorOnce(&mTimeArray, "Profiler: id %u is past the last record, time dropped", id);
         return;
     }
     const unsigned elapsed = getTickCount() - startTick;

@@ -70,7 +70,7 @@ void KNDrawBGTilt::setSize(float width, float height) {
 
 void KNDrawBGTilt::setRearTexture(const char* name) {
     if (name == nullptr) {
-        qam::logError("KNDrawBGTilt::setRearTexture: null name, texture kept");
+        qam::logErrorOnce(this, "KNDrawBGTilt::setRearTexture: null name, texture kept");
         return;
     }
     mRearTextureId = KNTextureManager::getInstancePtr()->getTextureID(name);
@@ -78,7 +78,7 @@ void KNDrawBGTilt::setRearTexture(const char* name) {
 
 void KNDrawBGTilt::setFrontTexture(const char* name) {
     if (name == nullptr) {
-        qam::logError("KNDrawBGTilt::setFrontTexture: null name, texture kept");
+        qam::logErrorOnce(this, "KNDrawBGTilt::setFrontTexture: null name, texture kept");
         return;
     }
     mFrontTextureId = KNTextureManager::getInstancePtr()->getTextureID(name);

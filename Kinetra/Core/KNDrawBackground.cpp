@@ -13,7 +13,7 @@ namespace Kinetra {
 
 namespace {
 
-// The surface size in whole pixels; 0 for what no int holds (the crop then logs and skips).
+// The surface size in whole pixels; 0 for what no int holds (converting it is undefined).
 int wholePixels(float size) {
     return size > -2147483648.0f && size < 2147483648.0f ? static_cast<int>(size) : 0;
 }
@@ -56,7 +56,7 @@ void KNDrawBackground::resizeSurface(float width, float height) {
 
 void KNDrawBackground::setTexture(const char* name) {
     if (name == nullptr) {
-        qam::logError("KNDrawBackground::setTexture: null name, texture kept");
+        qam::logErrorOnce(this, "KNDrawBackground::setTexture: null name, texture kept");
         return;
     }
     mTextureId = KNTextureManager::getInstancePtr()->getTextureID(name);

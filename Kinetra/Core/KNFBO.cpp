@@ -2,21 +2,7 @@
 
 #include <GLES2/gl2.h>
 
-#include <limits>
-
-#include "Common/Platform/Log.h"
-
 namespace Kinetra {
-
-namespace {
-
-// GL takes sizes as GLsizei: zero or beyond its range is no surface.
-bool usableSize(unsigned width, unsigned height) {
-    constexpr unsigned kLargest = std::numeric_limits<GLsizei>::max();
-    return width != 0 && height != 0 && width <= kLargest && height <= kLargest;
-}
-
-}  // namespace
 
 KNFBO::KNFBO()
     : mDepthEnabled(false),
@@ -34,11 +20,8 @@ KNFBO::~KNFBO() {
     destroyFBOSurface();
 }
 
+// Any size goes to GL as given: an empty one makes an incomplete target, which is not reported.
 void KNFBO::createFBOSurface(const unsigned& width, const unsigned& height) {
-    if (!usableSize(width, height)) {
-        qam::logError("KNFBO::createFBOSurface: size %ux%u, no surface made", width, height);
-        return;
-    }
     mWidth = width;
     mHeight = height;
     glGenTextures(1, &mTexture);
@@ -63,11 +46,6 @@ void KNFBO::bindFBOTexture(const unsigned& id) {
 
 void KNFBO::resizeFBOSurface(const unsigned& width, const unsigned& height) {
     if (width == mWidth && height == mHeight) {
-        return;
-    }
-    if (!usableSize(width, height)) {
-        qam::logError("KNFBO::resizeFBOSurface: size %ux%u, surface kept at %ux%u", width, height,
-                      mWidth, mHeight);
         return;
     }
     mWidth = width;
@@ -103,11 +81,9 @@ void KNFBO::setClearColor(const float& r, const float& g, const float& b, const 
     mClearColor[3] = a;
 }
 
+// Before a surface exists the attachment goes to framebuffer 0, which GL refuses; the
+// renderbuffer is made all the same.
 void KNFBO::enableFBODepthBuffer() {
-    if (mFramebuffer == 0) {
-        qam::logError("KNFBO::enableFBODepthBuffer: no surface yet, depth left off");
-        return;
-    }
     mDepthEnabled = true;
     glBindFramebuffer(GL_FRAMEBUFFER, mFramebuffer);
     if (mRenderbuffer == 0) {

@@ -10,7 +10,9 @@ namespace Kinetra {
 
 KNGrid2D::KNGrid2D() = default;
 
-KNGrid2D::~KNGrid2D() = default;
+KNGrid2D::~KNGrid2D() {
+    qam::forgetLoggedOnce(this);
+}
 
 KNVector2D<int> KNGrid2D::getResolution() {
     return mResolution;
@@ -26,7 +28,7 @@ KNVector2D<double> KNGrid2D::getCellSize() {
 
 void KNGrid2D::getResolution(int* x, int* y) {
     if (x == nullptr || y == nullptr) {
-        qam::logError("KNGrid2D::getResolution: null output pointer, nothing written");
+        qam::logErrorOnce(this, "KNGrid2D::getResolution: null output pointer, nothing written");
         return;
     }
     *x = mResolution.x;
@@ -35,7 +37,7 @@ void KNGrid2D::getResolution(int* x, int* y) {
 
 void KNGrid2D::getDimension(double* x, double* y) {
     if (x == nullptr || y == nullptr) {
-        qam::logError("KNGrid2D::getDimension: null output pointer, nothing written");
+        qam::logErrorOnce(this, "KNGrid2D::getDimension: null output pointer, nothing written");
         return;
     }
     *x = mGrid.dimension.x;
@@ -44,7 +46,7 @@ void KNGrid2D::getDimension(double* x, double* y) {
 
 void KNGrid2D::getCellSize(double* x, double* y) {
     if (x == nullptr || y == nullptr) {
-        qam::logError("KNGrid2D::getCellSize: null output pointer, nothing written");
+        qam::logErrorOnce(this, "KNGrid2D::getCellSize: null output pointer, nothing written");
         return;
     }
     *x = mGrid.cellSize.x;
@@ -53,14 +55,10 @@ void KNGrid2D::getCellSize(double* x, double* y) {
 
 void KNGrid2D::getNodesOfCell(const int& i, const int& j, int* nodes) {
     if (nodes == nullptr) {
-        qam::logError("KNGrid2D::getNodesOfCell: null output pointer, nothing written");
+        qam::logErrorOnce(this, "KNGrid2D::getNodesOfCell: null output pointer, nothing written");
         return;
     }
-    if (i < 0 || j < 0 || i >= mResolution.x || j >= mResolution.y) {
-        qam::logError("KNGrid2D::getNodesOfCell: cell (%d, %d) outside the %d x %d grid", i, j,
-                      mResolution.x, mResolution.y);
-        return;
-    }
+    // Plain arithmetic: a cell outside the grid gives the nodes the same formula gives.
     const int w = mGrid.nodesPerRow;
     const int n = i + j * w;
     nodes[0] = n;
@@ -75,7 +73,7 @@ void KNGrid2D::setGrid(const int& nx, const int& ny, const double& dx, const dou
         std::cout << "Error@KNGrid2D::setGrid2D(): Invalid resolution." << std::endl;
         return;
     }
-    if (!(dx > 0) || !(dy > 0)) {
+    if (dx <= 0 || dy <= 0) {
         std::cout << "Error@KNGrid2D::setGrid2D(): Invalid dimension." << std::endl;
         return;
     }
@@ -99,7 +97,7 @@ void KNGrid2D::setGrid(const int& nx, const int& ny, const double& dx, const dou
     g.cellCountCopy = nx * ny;
     g.halfCell = {hx * 0.5, hy * 0.5};
     g.squaredCell = {hx * hx, hy * hy};
-    g.squaredCellProduct = hx * hx * hy * hy;
+    g.squaredCellProduct = (hx * hx) * (hy * hy);
     g.minCell = std::min(hx, hy);
     g.maxCell = std::max(hx, hy);
     g.cellDiagonal = std::sqrt(hx * hx + hy * hy);

@@ -101,6 +101,7 @@ KNIRenderer::KNIRenderer()
 
 KNIRenderer::~KNIRenderer() {
     tBoundVertices.forget(this);
+    qam::forgetLoggedOnce(this);
     delete mShader;
     delete mMVP;
 }
@@ -140,7 +141,8 @@ void KNIRenderer::setScreenSize(float width, float height) {
 
 void KNIRenderer::createShaderProgram(const char* vertexSource, const char* fragmentSource) {
     if (vertexSource == nullptr || fragmentSource == nullptr) {
-        qam::logError("KNIRenderer::createShaderProgram: null shader source, program kept");
+        qam::logErrorOnce(this,
+                          "KNIRenderer::createShaderProgram: null shader source, program kept");
         return;
     }
     if (mShader == nullptr) {
@@ -237,11 +239,15 @@ void KNIRenderer::MoveCameraZ(float d) {
 // ---- attributes -----------------------------------------------------------------------------
 
 bool KNIRenderer::ready(const char* name, const char* caller) {
-    if (name == nullptr) {
-        qam::logError("KNIRenderer::%s: null name, ignored", caller);
+    if (mShader == nullptr || mShader->getProgram() == 0) {
         return false;
     }
-    return mShader != nullptr && mShader->getProgram() != 0;
+    // GL would read the name as a string.
+    if (name == nullptr) {
+        qam::logErrorOnce(this, "KNIRenderer::%s: null name, ignored", caller);
+        return false;
+    }
+    return true;
 }
 
 void KNIRenderer::bindAttribute(const char* name, unsigned int size, const void* data,
@@ -263,7 +269,7 @@ bool KNIRenderer::meshReady(const char* name, const char* caller) {
         return false;
     }
     if (mMesh == nullptr) {
-        qam::logError("KNIRenderer::%s: no mesh set, \"%s\" not bound", caller, name);
+        qam::logErrorOnce(this, "KNIRenderer::%s: no mesh set, \"%s\" not bound", caller, name);
         return false;
     }
     return true;
@@ -331,14 +337,8 @@ void KNIRenderer::setShaderArrayVector(const char* attributeName, float* data,
     if (!ready(attributeName, "setShaderArrayVector")) {
         return;
     }
-    if (data == nullptr || components < 1 || components > 4) {
-        qam::logError(
-            "KNIRenderer::setShaderArrayVector: \"%s\" needs data of 1 to 4 "
-            "components, got %u%s, not bound",
-            attributeName, components, data == nullptr ? " and no data" : "");
-        return;
-    }
-    // Its length is unknown here, so it sets no limit on the draw.
+    // Passed on as GL takes it: with a buffer bound, `data` is an offset (null is 0). Its
+    // length is unknown here, so it sets no limit on the draw.
     bindAttribute(attributeName, components, data, kNoLimit);
 }
 
@@ -401,8 +401,9 @@ void KNIRenderer::setVec2UniformValue(const char* name, float* v) {
     if (!ready(name, "setVec2UniformValue")) {
         return;
     }
-    if (v == nullptr) {
-        qam::logError("KNIRenderer::setVec2UniformValue: null vector for \"%s\", not sent", name);
+    if (v == nullptr) {  // GL would read two floats from it
+        qam::logErrorOnce(
+            this, "KNIRenderer::setVec2UniformValue: null vector for \"%s\", not sent", name);
         return;
     }
     glUniform2fv(mShader->getUniformLoc(name), 1, v);
@@ -410,14 +411,13 @@ void KNIRenderer::setVec2UniformValue(const char* name, float* v) {
 
 void KNIRenderer::setShaderUniformVector(const char* name, float* v, unsigned int components,
                                          unsigned int count) {
-    if (!ready(name, "setShaderUniformVector")) {
+    // Any other number of components sends nothing.
+    if (!ready(name, "setShaderUniformVector") || components < 1 || components > 4) {
         return;
     }
-    if (v == nullptr || components < 1 || components > 4) {
-        qam::logError(
-            "KNIRenderer::setShaderUniformVector: \"%s\" needs values of 1 to 4 "
-            "components, got %u%s, not sent",
-            name, components, v == nullptr ? " and no values" : "");
+    if (v == nullptr && count != 0) {  // GL would read the values from it
+        qam::logErrorOnce(
+            this, "KNIRenderer::setShaderUniformVector: null values for \"%s\", not sent", name);
         return;
     }
     const GLint location = mShader->getUniformLoc(name);
@@ -456,12 +456,9 @@ void KNIRenderer::setDrawArraysWithOption(unsigned int mode) {
     mDrawArrays = true;
 }
 
+// With an element-array buffer bound, `indices` is an offset into it (null is offset 0).
 void KNIRenderer::setCustomDrawElement(unsigned short* indices, unsigned int count,
                                        unsigned int mode) {
-    if (indices == nullptr && count > 0) {
-        qam::logError("KNIRenderer::setCustomDrawElement: %u indices without data, ignored", count);
-        return;
-    }
     mCustomIndices = indices;
     mCustomIndexCount = count;
     setDrawElementsWithOption(mode);
@@ -482,10 +479,10 @@ bool KNIRenderer::withinBoundArrays(const char* caller, unsigned int vertices,
     }
     const unsigned int bound = tBoundVertices.limit(this);
     if (needed > bound) {
-        qam::logError(
-            "KNIRenderer::%s: the draw reads %u vertices but a bound array holds %u, "
-            "skipped",
-            caller, needed, bound);
+        qam::logErrorOnce(this,
+                          "KNIRenderer::%s: the draw reads %u vertices but a bound array holds %u, "
+                          "skipped",
+                          caller, needed, bound);
         return false;
     }
     return true;
@@ -493,7 +490,7 @@ bool KNIRenderer::withinBoundArrays(const char* caller, unsigned int vertices,
 
 void KNIRenderer::runMeshDraw() {
     if (mMesh == nullptr) {
-        qam::logError("KNIRenderer::runMeshDraw: no mesh set, nothing drawn");
+        qam::logErrorOnce(this, "KNIRenderer::runMeshDraw: no mesh set, nothing drawn");
         return;
     }
     if (mDrawArrays) {
@@ -515,7 +512,8 @@ void KNIRenderer::runCustomDraw() {
         if (withinBoundArrays("runCustomDraw", mCustomVertexCount, nullptr, 0)) {
             glDrawArrays(mDrawMode, 0, static_cast<GLsizei>(mCustomVertexCount));
         }
-    } else if (withinBoundArrays("runCustomDraw", 0, mCustomIndices, mCustomIndexCount)) {
+    } else {
+        // Not read here: the indices may be an offset into a bound element-array buffer.
         glDrawElements(mDrawMode, static_cast<GLsizei>(mCustomIndexCount), GL_UNSIGNED_SHORT,
                        mCustomIndices);
     }
@@ -552,7 +550,7 @@ void KNIRenderer::setScale(float x, float y, float z) {
 
 void KNIRenderer::convertModelMatrix(float* m) {
     if (m == nullptr) {
-        qam::logError("KNIRenderer::convertModelMatrix: null matrix, ignored");
+        qam::logErrorOnce(this, "KNIRenderer::convertModelMatrix: null matrix, ignored");
         return;
     }
     mvp().setModelMatrix(m);

@@ -64,7 +64,7 @@ class TALVEQAM_EXPORT KNIRenderer {
     void setShaderArrayMeshUV(const char* attributeName);
     void setShaderArrayMeshColor(const char* attributeName);
     void setShaderArrayMeshCustom(const char* attributeName);
-    // `data` must stay alive until the draw.
+    // `data` must stay alive until the draw; with an array buffer bound it is an offset.
     void setShaderArrayVector(const char* attributeName, float* data, unsigned int components);
 
     void setShaderUniformMVPMatrix(const char* name);
@@ -84,6 +84,7 @@ class TALVEQAM_EXPORT KNIRenderer {
     void setDrawElementsWithOption(unsigned int mode);
     void setDrawArraysWithOption(unsigned int mode);
     // The next draw uses these instead of the mesh; the mode and kind stay for later draws.
+    // With an element-array buffer bound, `indices` is an offset into it.
     void setCustomDrawElement(unsigned short* indices, unsigned int count, unsigned int mode);
     void setCustomDrawArrays(unsigned int count, unsigned int mode);
     void runMeshDraw();
@@ -121,9 +122,9 @@ class TALVEQAM_EXPORT KNIRenderer {
 
   private:
     KNMVPManager& mvp();
-    // True when there is a linked program and `name` is not null (logged otherwise).
+    // True when there is a linked program and `name` is not null (logged once otherwise).
     bool ready(const char* name, const char* caller);
-    // ready(), and a mesh to read from (logged when missing).
+    // ready(), and a mesh to read from (logged once when missing).
     bool meshReady(const char* name, const char* caller);
     // `floats` floats read `size` at a time; nothing when there is not one element.
     void bindMeshArray(const char* name, unsigned int size, const float* data, std::size_t floats);
@@ -131,7 +132,7 @@ class TALVEQAM_EXPORT KNIRenderer {
                        unsigned int elements);
     void bindTexture(const char* name, unsigned int target, unsigned int textureId);
     void setMatrixUniform(const char* name, const KNMVPManager::Matrix& matrix);
-    // False, with a log line, when the draw would read past a bound mesh array.
+    // False (logged once) when the draw would read past a bound mesh array.
     bool withinBoundArrays(const char* caller, unsigned int vertices, const unsigned short* indices,
                            unsigned int indexCount);
 

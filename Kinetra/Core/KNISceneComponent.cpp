@@ -9,7 +9,9 @@ namespace Kinetra {
 KNISceneComponent::KNISceneComponent()
     : mWidth(0), mHeight(0), mReserved(0), mVisibility(1), mFrozen(false) {}
 
-KNISceneComponent::~KNISceneComponent() = default;
+KNISceneComponent::~KNISceneComponent() {
+    qam::forgetLoggedOnce(this);
+}
 
 template <typename Call>
 void KNISceneComponent::forEachLayer(Filter filter, Call call) {
@@ -20,6 +22,10 @@ void KNISceneComponent::forEachLayer(Filter filter, Call call) {
             continue;
         }
         auto* child = static_cast<KNISceneComponent*>(entry.layer);
+        if (child == nullptr) {  // added as it came; there is nothing to call
+            qam::logErrorOnce(this, "KNISceneComponent: null scene layer skipped");
+            continue;
+        }
         if (filter != Filter::kAll && child->mVisibility != 1) {
             continue;
         }
@@ -56,46 +62,32 @@ void KNISceneComponent::clearGLBuffer() {
     glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT | GL_STENCIL_BUFFER_BIT);
 }
 
+// The name is passed on as given, null included: what it means is the hooks' business.
 void KNISceneComponent::onSetTextureEvent(const char* name) {
-    if (name == nullptr) {
-        qam::logError("KNISceneComponent::onSetTextureEvent: null name, event dropped");
-        return;
-    }
     setTexture(name);
     forEachLayer(Filter::kAll, [&](KNISceneComponent& child) { child.onSetTextureEvent(name); });
 }
 
 void KNISceneComponent::onSetTextureColorEvent(const char* name) {
-    if (name == nullptr) {
-        qam::logError("KNISceneComponent::onSetTextureColorEvent: null name, event dropped");
-        return;
-    }
     setTextureColor(name);
     forEachLayer(Filter::kVisible,
                  [&](KNISceneComponent& child) { child.onSetTextureColorEvent(name); });
 }
 
 void KNISceneComponent::addSceneLayer(KNISceneComponent* layer) {
-    if (layer == nullptr) {
-        qam::logError("KNISceneComponent::addSceneLayer: null layer dropped");
-        return;
-    }
     mLayers.push_back({kSceneLayer, layer});
 }
 
 void KNISceneComponent::addMaskLayer(int kind, void* layer) {
     if (kind == kSceneLayer) {
-        qam::logError("KNISceneComponent::addMaskLayer: kind 0 is for scene layers, dropped");
+        qam::logErrorOnce(this,
+                          "KNISceneComponent::addMaskLayer: kind 0 is for scene layers, dropped");
         return;
     }
     mLayers.push_back({kind, layer});
 }
 
 void KNISceneComponent::removeMaskLayer(void* layer) {
-    if (layer == nullptr) {
-        qam::logError("KNISceneComponent::removeMaskLayer: null layer");
-        return;
-    }
     for (auto entry = mLayers.begin(); entry != mLayers.end(); ++entry) {
         if (entry->layer == layer) {
             mLayers.erase(entry);
@@ -136,12 +128,14 @@ void KNISceneComponent::onCustomEvent(int id, float value) {
 }
 
 void KNISceneComponent::onTouchEvent(int a, int b, int c, int* xs, int* ys) {
-    if (a == 0 && (xs == nullptr || ys == nullptr)) {
-        qam::logError("KNISceneComponent::onTouchEvent: touch down without positions, dropped");
-        return;
-    }
     if (a == 0) {
-        touchDown(c, xs[0], ys[0]);
+        if (xs != nullptr && ys != nullptr) {
+            touchDown(c, xs[0], ys[0]);
+        } else {  // no first position to read; the rest of the event goes on
+            qam::logErrorOnce(this,
+                              "KNISceneComponent::onTouchEvent: touch down without "
+                              "positions, touchDown skipped");
+        }
     }
     touchEvent(c, a, b, xs, ys);
     forEachLayer(Filter::kVisibleNotFrozen,

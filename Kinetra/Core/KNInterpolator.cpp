@@ -15,9 +15,10 @@ constexpr float kWidth5 = 0.2f;
 template <int n>
 float evaluate(const float (&table)[3 * n], float width, float t) {
     if (!(t >= 0.0f)) {
-        // A negative segment would read outside the table.
-        qam::logError("Kinetra interpolator: progress %f is not at least 0, taken as 0",
-                      static_cast<double>(t));
+        // A negative segment would read outside the table. Said once per curve: curves are
+        // evaluated every frame.
+        qam::logErrorOnce(table, "Kinetra interpolator: progress %f is not at least 0, taken as 0",
+                          static_cast<double>(t));
         t = 0.0f;
     }
     const float scaled = n == 2 ? t + t : t * n;

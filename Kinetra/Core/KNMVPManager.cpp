@@ -53,7 +53,9 @@ KNMVPManager::KNMVPManager()
     setIdentityMatrix(mModel);
 }
 
-KNMVPManager::~KNMVPManager() {}
+KNMVPManager::~KNMVPManager() {
+    qam::forgetLoggedOnce(this);
+}
 
 void KNMVPManager::setIdentityMatrix(Matrix& m) {
     std::memset(m.m, 0, sizeof m.m);
@@ -231,7 +233,7 @@ void KNMVPManager::rebuildModel() {
 
 void KNMVPManager::setModelMatrix(const float* m) {
     if (m == nullptr) {
-        qam::logError("KNMVPManager::setModelMatrix: null matrix, model kept");
+        qam::logErrorOnce(this, "KNMVPManager::setModelMatrix: null matrix, model kept");
         return;
     }
     std::memmove(mModel.m, m, sizeof mModel.m);

@@ -2,8 +2,6 @@
 
 #include <GLES2/gl2.h>
 
-#include <mutex>
-#include <unordered_set>
 #include <vector>
 
 #include "Common/Platform/Log.h"
@@ -15,46 +13,20 @@ namespace {
 constexpr unsigned int kShaderObject = 0;
 constexpr unsigned int kProgramObject = 1;
 
-// Managers whose program name is stale: deleted already, and perhaps handed out again by GL,
-// so never to be deleted twice. Kept beside the managers, whose layout effect libraries fix.
-class StalePrograms {
-  public:
-    void mark(const KNShaderManager* manager, bool stale) {
-        const std::lock_guard<std::mutex> lock(mMutex);
-        if (stale) {
-            mManagers.insert(manager);
-        } else {
-            mManagers.erase(manager);
-        }
-    }
-    bool contains(const KNShaderManager* manager) {
-        const std::lock_guard<std::mutex> lock(mMutex);
-        return mManagers.count(manager) != 0;
-    }
-
-  private:
-    std::mutex mMutex;
-    std::unordered_set<const KNShaderManager*> mManagers;
-};
-
-// Never destroyed: layers held in statics may die after it.
-StalePrograms& stalePrograms() {
-    static StalePrograms* const managers = new StalePrograms;
-    return *managers;
-}
-
 }  // namespace
 
 KNShaderManager::KNShaderManager() : mProgram(0) {}
 
 KNShaderManager::~KNShaderManager() {
     reset();
-    stalePrograms().mark(this, false);
+    qam::forgetLoggedOnce(this);
 }
 
 void KNShaderManager::createProgram(const char* vertexSource, const char* fragmentSource) {
+    // GL would read a null source as a string.
     if (vertexSource == nullptr || fragmentSource == nullptr) {
-        qam::logError("KNShaderManager::createProgram: null shader source, no program built");
+        qam::logErrorOnce(this,
+                          "KNShaderManager::createProgram: null shader source, no program built");
         return;
     }
     const GLuint vertexShader = glCreateShader(GL_VERTEX_SHADER);
@@ -72,7 +44,6 @@ void KNShaderManager::createProgram(const char* vertexSource, const char* fragme
         return;
     }
     mProgram = glCreateProgram();
-    stalePrograms().mark(this, false);
     if (mProgram == 0) {
         return;
     }
@@ -87,13 +58,13 @@ void KNShaderManager::createProgram(const char* vertexSource, const char* fragme
     if (linked == GL_FALSE) {
         printGLErrorLog(mProgram, kProgramObject);
         glDeleteProgram(mProgram);  // the stale name stays in mProgram
-        stalePrograms().mark(this, true);
     }
 }
 
 int KNShaderManager::compileShader(unsigned int shader, const char* source) {
     if (source == nullptr) {
-        qam::logError("KNShaderManager::compileShader: null source for shader %u", shader);
+        qam::logErrorOnce(this, "KNShaderManager::compileShader: null source for shader %u",
+                          shader);
         return 0;
     }
     glShaderSource(shader, 1, &source, nullptr);
@@ -110,7 +81,6 @@ int KNShaderManager::compileShader(unsigned int shader, const char* source) {
 
 void KNShaderManager::printGLErrorLog(unsigned int object, unsigned int kind) {
     if (kind != kShaderObject && kind != kProgramObject) {
-        qam::logError("KNShaderManager::printGLErrorLog: unknown object kind %u", kind);
         return;
     }
     GLint length = 0;
@@ -130,55 +100,63 @@ void KNShaderManager::printGLErrorLog(unsigned int object, unsigned int kind) {
     }
 }
 
+// A null name reaches GL only with a program, which would read it as a string.
 void KNShaderManager::addAttribute(int id, const char* name) {
-    if (name == nullptr) {
-        qam::logError("KNShaderManager::addAttribute: null name for id %d", id);
+    if (mProgram == 0) {
         return;
     }
-    if (mProgram != 0) {
-        mAttributes.push_back({id, glGetAttribLocation(mProgram, name)});
+    if (name == nullptr) {
+        qam::logErrorOnce(this, "KNShaderManager::addAttribute: null name for id %d", id);
+        return;
     }
+    mAttributes.push_back({id, glGetAttribLocation(mProgram, name)});
 }
 
 void KNShaderManager::addUniform(int id, const char* name) {
-    if (name == nullptr) {
-        qam::logError("KNShaderManager::addUniform: null name for id %d", id);
+    if (mProgram == 0) {
         return;
     }
-    if (mProgram != 0) {
-        mUniforms.push_back({id, glGetUniformLocation(mProgram, name)});
+    if (name == nullptr) {
+        qam::logErrorOnce(this, "KNShaderManager::addUniform: null name for id %d", id);
+        return;
     }
+    mUniforms.push_back({id, glGetUniformLocation(mProgram, name)});
 }
 
 int KNShaderManager::getAttribute(int id) {
-    return lookUp(mAttributes, id, "attribute");
+    return lookUp(mAttributes, id);
 }
 
 int KNShaderManager::getUniform(int id) {
-    return lookUp(mUniforms, id, "uniform");
+    return lookUp(mUniforms, id);
 }
 
 int KNShaderManager::getAttributeLoc(const char* name) {
-    if (name == nullptr) {
-        qam::logError("KNShaderManager::getAttributeLoc: null name");
+    if (mProgram == 0) {
         return 0;
     }
-    return mProgram == 0 ? 0 : glGetAttribLocation(mProgram, name);
+    if (name == nullptr) {
+        qam::logErrorOnce(this, "KNShaderManager::getAttributeLoc: null name");
+        return 0;
+    }
+    return glGetAttribLocation(mProgram, name);
 }
 
 int KNShaderManager::getUniformLoc(const char* name) {
-    if (name == nullptr) {
-        qam::logError("KNShaderManager::getUniformLoc: null name");
+    if (mProgram == 0) {
         return 0;
     }
-    return mProgram == 0 ? 0 : glGetUniformLocation(mProgram, name);
+    if (name == nullptr) {
+        qam::logErrorOnce(this, "KNShaderManager::getUniformLoc: null name");
+        return 0;
+    }
+    return glGetUniformLocation(mProgram, name);
 }
 
 void KNShaderManager::reset() {
-    // The stale name is kept but never deleted twice: GL may have handed it out again.
-    if (mProgram != 0 && !stalePrograms().contains(this)) {
+    // The name stays until the next createProgram, so a second reset deletes it again.
+    if (mProgram != 0) {
         glDeleteProgram(mProgram);
-        stalePrograms().mark(this, true);
     }
     mAttributes.clear();
     mUniforms.clear();
@@ -186,16 +164,14 @@ void KNShaderManager::reset() {
 
 void KNShaderManager::contextChanged() {
     mProgram = 0;
-    stalePrograms().mark(this, false);
 }
 
-int KNShaderManager::lookUp(const std::vector<Location>& table, int id, const char* what) {
+int KNShaderManager::lookUp(const std::vector<Location>& table, int id) {
     for (const Location& entry : table) {
         if (entry.id == id) {
             return entry.location;
         }
     }
-    qam::logError("KNShaderManager: no %s with id %d", what, id);
     return 0;
 }
 

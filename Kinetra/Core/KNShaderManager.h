@@ -47,7 +47,7 @@ class TALVEQAM_EXPORT KNShaderManager {
         int location;
     };
 
-    static int lookUp(const std::vector<Location>& table, int id, const char* what);
+    static int lookUp(const std::vector<Location>& table, int id);
 
     unsigned int mProgram;
     std::vector<Location> mAttributes;

@@ -20,15 +20,14 @@ constexpr unsigned kDefaultWrap = GL_MIRRORED_REPEAT;
 constexpr unsigned kDefaultFilter = GL_LINEAR;
 constexpr unsigned kDefaultPixelFormat = GL_RGBA;
 constexpr unsigned kDefaultDataType = GL_UNSIGNED_BYTE;
-constexpr size_t kNameLength = 127;  // names are kept in char[128]
 
 // Pixels a listed buffer let go of: a copy made with CopyTextureContext may still use them.
 // They belong to the one manager, but are kept outside it: its layout is fixed.
 std::vector<unsigned char*> gRetiredPixels;
 
-// Names compare as they are stored: cut to 127 characters.
+// Whole names compare: a longer one does not find its record, which holds 127 characters.
 bool sameName(const char* stored, const char* name) {
-    return strncmp(stored, name, kNameLength) == 0;
+    return strcmp(stored, name) == 0;
 }
 
 void copyName(char (&to)[128], const char* from) {
@@ -42,9 +41,10 @@ int64_t bytesPerPixel(unsigned format, unsigned type) {
         case GL_UNSIGNED_BYTE:
             return channels;
         case GL_UNSIGNED_SHORT_5_6_5:
+            return format == GL_RGB ? 2 : 0;
         case GL_UNSIGNED_SHORT_4_4_4_4:
         case GL_UNSIGNED_SHORT_5_5_5_1:
-            return 2;
+            return format == GL_RGBA ? 2 : 0;
         case GL_HALF_FLOAT_OES:
             return 2 * channels;
         case GL_FLOAT:
@@ -96,6 +96,7 @@ KNTextureManager::~KNTextureManager() {
         free(pixels);
     }
     gRetiredPixels.clear();
+    qam::forgetLoggedOnce(this);
 }
 
 void KNTextureManager::setTextureWrapOption(const unsigned& wrap) {
@@ -122,11 +123,10 @@ void KNTextureManager::initializeTextureProperty() {
 }
 
 unsigned KNTextureManager::setTexture(const char* name, void* pixels, int width, int height) {
-    if (name == nullptr || pixels == nullptr || width <= 0 || height <= 0) {
-        qam::logError("KNTextureManager::setTexture: %s, upload dropped",
-                      name == nullptr     ? "null name"
-                      : pixels == nullptr ? "null pixels"
-                                          : "empty size");
+    // Pixels and size go to GL as given (null pixels: storage without contents); the name is
+    // compared as a string.
+    if (name == nullptr) {
+        qam::logErrorOnce(this, "KNTextureManager::setTexture: null name, upload dropped");
         return 0;
     }
     if (mPixelFormat == GL_LUMINANCE) {
@@ -160,10 +160,8 @@ unsigned KNTextureManager::setTexture(const char* name, void* pixels, int width,
 }
 
 void KNTextureManager::setTextureId(const char* name, unsigned id, int width, int height) {
-    if (name == nullptr || id == 0 || width < 0 || height < 0) {
-        qam::logError("KNTextureManager::setTextureId: %s, ignored", name == nullptr ? "null name"
-                                                                     : id == 0 ? "texture id 0"
-                                                                               : "negative size");
+    if (name == nullptr) {
+        qam::logErrorOnce(this, "KNTextureManager::setTextureId: null name, ignored");
         return;
     }
     TextureRecord* record = findRecord(name);
@@ -181,7 +179,7 @@ void KNTextureManager::setTextureId(const char* name, unsigned id, int width, in
 void KNTextureManager::addTextureContext(const char* name, unsigned id, unsigned width,
                                          unsigned height, bool generated) {
     if (name == nullptr) {
-        qam::logError("KNTextureManager::addTextureContext: null name, ignored");
+        qam::logErrorOnce(this, "KNTextureManager::addTextureContext: null name, ignored");
         return;
     }
     TextureRecord record{};
@@ -195,7 +193,7 @@ void KNTextureManager::addTextureContext(const char* name, unsigned id, unsigned
 
 unsigned KNTextureManager::checkSameTexture(const char* name) {
     if (name == nullptr) {
-        qam::logError("KNTextureManager: texture lookup with a null name");
+        qam::logErrorOnce(this, "KNTextureManager: texture lookup with a null name");
         return 0;
     }
     const TextureRecord* record = findRecord(name);
@@ -207,21 +205,24 @@ unsigned KNTextureManager::getTextureID(const char* name) {
 }
 
 void KNTextureManager::setTextureColor(const char* name, void* pixels, int width, int height) {
+    // The name and `size` bytes of pixels are read here; a size no int32 holds is no size.
     const int64_t size = static_cast<int64_t>(width) * height * 4;
-    if (name == nullptr || pixels == nullptr || width <= 0 || height <= 0 ||
+    if (name == nullptr || (pixels == nullptr && size != 0) || size < 0 ||
         size > std::numeric_limits<int32_t>::max()) {
-        qam::logError("KNTextureManager::setTextureColor: %s, ignored",
-                      name == nullptr     ? "null name"
-                      : pixels == nullptr ? "null pixels"
-                                          : "bad size");
+        qam::logErrorOnce(this, "KNTextureManager::setTextureColor: %s, ignored",
+                          name == nullptr     ? "null name"
+                          : pixels == nullptr ? "null pixels"
+                                              : "bad size");
         return;
     }
     auto* copy = static_cast<unsigned char*>(malloc(static_cast<size_t>(size)));
-    if (copy == nullptr) {
-        qam::logError("KNTextureManager::setTextureColor: out of memory for %s", name);
+    if (copy == nullptr && size != 0) {
+        qam::logErrorOnce(this, "KNTextureManager::setTextureColor: out of memory for %s", name);
         return;
     }
-    memcpy(copy, pixels, static_cast<size_t>(size));
+    if (size != 0) {
+        memcpy(copy, pixels, static_cast<size_t>(size));
+    }
     _TEXTURE_COLOR_BUFFER* buffer = findColorBuffer(name);
     if (buffer == nullptr) {
         buffer = new _TEXTURE_COLOR_BUFFER{};
@@ -239,7 +240,7 @@ void KNTextureManager::setTextureColor(const char* name, void* pixels, int width
 
 _TEXTURE_COLOR_BUFFER* KNTextureManager::checkSameTextureColor(const char* name) {
     if (name == nullptr) {
-        qam::logError("KNTextureManager: colour buffer lookup with a null name");
+        qam::logErrorOnce(this, "KNTextureManager: colour buffer lookup with a null name");
         return nullptr;
     }
     return findColorBuffer(name);
@@ -251,7 +252,8 @@ _TEXTURE_COLOR_BUFFER* KNTextureManager::getTextureColor(const char* name) {
 
 void KNTextureManager::CopyTextureContext(_TEXTURE_COLOR_BUFFER* to, _TEXTURE_COLOR_BUFFER* from) {
     if (to == nullptr || from == nullptr) {
-        qam::logError("KNTextureManager::CopyTextureContext: null buffer, nothing copied");
+        qam::logErrorOnce(this,
+                          "KNTextureManager::CopyTextureContext: null buffer, nothing copied");
         return;
     }
     if (to != from &&
@@ -284,11 +286,6 @@ unsigned KNTextureManager::generateTexture(_TEXTURE_COLOR_BUFFER* buffer, bool m
 
 void KNTextureManager::generateCubeTexture(_TEXTURE_COLOR_BUFFER* buffer, unsigned face,
                                            unsigned id) {
-    if (face < GL_TEXTURE_CUBE_MAP_POSITIVE_X || face > GL_TEXTURE_CUBE_MAP_NEGATIVE_Z || id == 0) {
-        qam::logError("KNTextureManager::generateCubeTexture: %s, ignored",
-                      id == 0 ? "texture id 0" : "not a cube face");
-        return;
-    }
     if (!readable(buffer, "generateCubeTexture")) {
         return;
     }
@@ -299,13 +296,6 @@ void KNTextureManager::generateCubeTexture(_TEXTURE_COLOR_BUFFER* buffer, unsign
 }
 
 void KNTextureManager::replaceTextureData(const unsigned& id, void* pixels, int width, int height) {
-    if (id == 0 || pixels == nullptr || width <= 0 || height <= 0) {
-        qam::logError("KNTextureManager::replaceTextureData: %s, ignored", id == 0 ? "texture id 0"
-                                                                           : pixels == nullptr
-                                                                               ? "null pixels"
-                                                                               : "empty size");
-        return;
-    }
     glBindTexture(GL_TEXTURE_2D, id);
     glTexSubImage2D(GL_TEXTURE_2D, 0, 0, 0, width, height, mPixelFormat, mDataType, pixels);
     initializeTextureProperty();
@@ -313,7 +303,7 @@ void KNTextureManager::replaceTextureData(const unsigned& id, void* pixels, int 
 
 void KNTextureManager::deleteTexture(const char* name) {
     if (name == nullptr) {
-        qam::logError("KNTextureManager::deleteTexture: null name");
+        qam::logErrorOnce(this, "KNTextureManager::deleteTexture: null name");
         return;
     }
     for (auto record = mTextures.begin(); record != mTextures.end(); ++record) {
@@ -323,7 +313,6 @@ void KNTextureManager::deleteTexture(const char* name) {
             return;
         }
     }
-    qam::logError("KNTextureManager::deleteTexture: no texture named %s", name);
 }
 
 void KNTextureManager::contextChanged() {
@@ -334,11 +323,6 @@ void KNTextureManager::contextChanged() {
 
 void KNTextureManager::normalizeTextureCoord(std::vector<KNVector3D<float>>& uv, int width,
                                              int height) {
-    if (uv.size() < 4 || width <= 0 || height <= 0) {
-        qam::logError("KNTextureManager::normalizeTextureCoord: %s, left as it is",
-                      uv.size() < 4 ? "fewer than four coordinates" : "empty screen size");
-        return;
-    }
     const TextureRecord* background = nullptr;
     for (const TextureRecord& record : mTextures) {
         if (strcmp(record.name, "bg") == 0) {
@@ -346,6 +330,12 @@ void KNTextureManager::normalizeTextureCoord(std::vector<KNVector3D<float>>& uv,
         }
     }
     if (background == nullptr || background->width == 0 || background->height == 0) {
+        return;
+    }
+    if (uv.size() < 4) {  // the four corners are written
+        qam::logErrorOnce(this,
+                          "KNTextureManager::normalizeTextureCoord: fewer than four "
+                          "coordinates, left as they are");
         return;
     }
     const float sx = static_cast<float>(width) / static_cast<float>(background->width);
@@ -386,16 +376,22 @@ _TEXTURE_COLOR_BUFFER* KNTextureManager::findColorBuffer(const char* name) {
 }
 
 bool KNTextureManager::readable(const _TEXTURE_COLOR_BUFFER* buffer, const char* caller) {
-    if (buffer == nullptr || buffer->pixels == nullptr) {
-        qam::logError("KNTextureManager::%s: %s, nothing uploaded", caller,
-                      buffer == nullptr ? "null buffer" : "buffer without pixels");
+    if (buffer == nullptr) {
+        qam::logErrorOnce(this, "KNTextureManager::%s: null buffer, nothing uploaded", caller);
         return false;
+    }
+    // Null pixels make storage without contents, and GL reads nothing for an empty or
+    // negative size.
+    if (buffer->pixels == nullptr || buffer->width <= 0 || buffer->height <= 0) {
+        return true;
     }
     const int64_t needed = static_cast<int64_t>(buffer->width) * buffer->height *
                            bytesPerPixel(uploadFormat(*buffer), mDataType);
-    if (buffer->width <= 0 || buffer->height <= 0 || buffer->size < needed) {
-        qam::logError("KNTextureManager::%s: buffer %.127s is %dx%d in %d bytes, nothing uploaded",
-                      caller, buffer->name, buffer->width, buffer->height, buffer->size);
+    if (buffer->size < needed) {
+        qam::logErrorOnce(this,
+                          "KNTextureManager::%s: buffer %.127s is %dx%d in %d bytes, nothing "
+                          "uploaded",
+                          caller, buffer->name, buffer->width, buffer->height, buffer->size);
         return false;
     }
     return true;

@@ -27,6 +27,7 @@ class TALVEQAM_EXPORT KNTextureManager {
     void initializeTextureProperty();
 
     // Uploads `pixels` under `name`, into the name's texture when there is one; returns its id.
+    // Null pixels give the texture its size without contents.
     unsigned setTexture(const char* name, void* pixels, int width, int height);
     // Registers a texture made elsewhere; a known name gets the new id and size.
     void setTextureId(const char* name, unsigned id, int width, int height);
@@ -71,7 +72,7 @@ class TALVEQAM_EXPORT KNTextureManager {
 
     TextureRecord* findRecord(const char* name);
     _TEXTURE_COLOR_BUFFER* findColorBuffer(const char* name);
-    // False, with a log line, when GL could not read `buffer` within its pixels.
+    // False (logged once) when GL would read `buffer` past its pixels.
     bool readable(const _TEXTURE_COLOR_BUFFER* buffer, const char* caller);
     void upload(unsigned target, const _TEXTURE_COLOR_BUFFER& buffer);
     // Keeps pixels a listed buffer lets go of until someone uploads them or the manager goes.

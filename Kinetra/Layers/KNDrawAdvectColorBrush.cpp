@@ -60,10 +60,11 @@ KNDrawAdvectColorBrush::KNDrawAdvectColorBrush()
 
 KNDrawAdvectColorBrush::~KNDrawAdvectColorBrush() {
     qam::releaseBrush(mMesh, mMVP, mShader);
+    qam::forgetLoggedOnce(this);
 }
 
 void KNDrawAdvectColorBrush::initialize(float width, float height, int) {
-    if (!qam::usableSurface(width, height, "KNDrawAdvectColorBrush::initialize")) {
+    if (!qam::wholePixels(this, width, height, "KNDrawAdvectColorBrush::initialize")) {
         return;
     }
     qam::prepareBrush(mMesh, mMVP, width, height);
@@ -102,7 +103,7 @@ void KNDrawAdvectColorBrush::createTextureUV() {
 }
 
 void KNDrawAdvectColorBrush::draw() {
-    if (!qam::brushReady(mMesh, mMVP, mShader, "KNDrawAdvectColorBrush::draw")) {
+    if (!qam::brushReady(this, mMesh, mMVP, mShader, "KNDrawAdvectColorBrush::draw")) {
         return;
     }
     qam::beginBrushPass(*mShader, *mMesh);
@@ -128,8 +129,8 @@ void KNDrawAdvectColorBrush::contextChanged() {
 }
 
 void KNDrawAdvectColorBrush::resizeSurface(float width, float height) {
-    if (!qam::storeSurface(width, height, "KNDrawAdvectColorBrush::resizeSurface", mSurfaceWidth,
-                           mSurfaceHeight)) {
+    if (!qam::storeSurface(this, width, height, "KNDrawAdvectColorBrush::resizeSurface",
+                           mSurfaceWidth, mSurfaceHeight)) {
         return;
     }
     if (mMVP != nullptr) {
@@ -141,7 +142,7 @@ void KNDrawAdvectColorBrush::resizeSurface(float width, float height) {
 }
 
 void KNDrawAdvectColorBrush::setSize(float width, float height) {
-    if (!qam::storeSurface(width, height, "KNDrawAdvectColorBrush::setSize", mSurfaceWidth,
+    if (!qam::storeSurface(this, width, height, "KNDrawAdvectColorBrush::setSize", mSurfaceWidth,
                            mSurfaceHeight)) {
         return;
     }
@@ -180,16 +181,11 @@ void KNDrawAdvectColorBrush::setScale(float x, float y, float z) {
 }
 
 void KNDrawAdvectColorBrush::setBGTexture(const char* name, bool) {
-    if (!qam::textureByName(name, "KNDrawAdvectColorBrush::setBGTexture", mBackgroundTexture)) {
-        return;
-    }
+    mBackgroundTexture = KNTextureManager::getInstancePtr()->getTextureID(name);
 }
 
 void KNDrawAdvectColorBrush::setPatternColorTexture(char* name, bool) {
-    if (!qam::textureByName(name, "KNDrawAdvectColorBrush::setPatternColorTexture",
-                            mPatternColorTexture)) {
-        return;
-    }
+    mPatternColorTexture = KNTextureManager::getInstancePtr()->getTextureID(name);
 }
 
 void KNDrawAdvectColorBrush::setFBOID(unsigned int texture) {

@@ -53,10 +53,11 @@ KNDrawBGAdvectColorBrush::KNDrawBGAdvectColorBrush()
 
 KNDrawBGAdvectColorBrush::~KNDrawBGAdvectColorBrush() {
     qam::releaseBrush(mMesh, mMVP, mShader);
+    qam::forgetLoggedOnce(this);
 }
 
 void KNDrawBGAdvectColorBrush::initialize(float width, float height, int) {
-    if (!qam::usableSurface(width, height, "KNDrawBGAdvectColorBrush::initialize")) {
+    if (!qam::wholePixels(this, width, height, "KNDrawBGAdvectColorBrush::initialize")) {
         return;
     }
     qam::prepareBrush(mMesh, mMVP, width, height);
@@ -94,7 +95,7 @@ void KNDrawBGAdvectColorBrush::createTextureUV() {
 }
 
 void KNDrawBGAdvectColorBrush::draw() {
-    if (!qam::brushReady(mMesh, mMVP, mShader, "KNDrawBGAdvectColorBrush::draw")) {
+    if (!qam::brushReady(this, mMesh, mMVP, mShader, "KNDrawBGAdvectColorBrush::draw")) {
         return;
     }
     qam::beginBrushPass(*mShader, *mMesh);
@@ -116,8 +117,8 @@ void KNDrawBGAdvectColorBrush::contextChanged() {
 }
 
 void KNDrawBGAdvectColorBrush::resizeSurface(float width, float height) {
-    if (!qam::storeSurface(width, height, "KNDrawBGAdvectColorBrush::resizeSurface", mSurfaceWidth,
-                           mSurfaceHeight)) {
+    if (!qam::storeSurface(this, width, height, "KNDrawBGAdvectColorBrush::resizeSurface",
+                           mSurfaceWidth, mSurfaceHeight)) {
         return;
     }
     if (mMVP != nullptr) {
@@ -128,7 +129,7 @@ void KNDrawBGAdvectColorBrush::resizeSurface(float width, float height) {
 }
 
 void KNDrawBGAdvectColorBrush::setSize(float width, float height) {
-    if (!qam::storeSurface(width, height, "KNDrawBGAdvectColorBrush::setSize", mSurfaceWidth,
+    if (!qam::storeSurface(this, width, height, "KNDrawBGAdvectColorBrush::setSize", mSurfaceWidth,
                            mSurfaceHeight)) {
         return;
     }
@@ -167,9 +168,7 @@ void KNDrawBGAdvectColorBrush::setScale(float x, float y, float z) {
 }
 
 void KNDrawBGAdvectColorBrush::setBGTexture(const char* name, bool) {
-    if (!qam::textureByName(name, "KNDrawBGAdvectColorBrush::setBGTexture", mBGTexture)) {
-        return;
-    }
+    mBGTexture = KNTextureManager::getInstancePtr()->getTextureID(name);
 }
 
 void KNDrawBGAdvectColorBrush::changeBGTextureID(unsigned int texture) {

@@ -47,11 +47,13 @@ KNDrawBGAdvectWaterBrush::KNDrawBGAdvectWaterBrush()
       mNoiseVectorScalar(0),
       mRadialVectorScalar(0) {}
 
-// Reverse declaration order: shader manager, MVP manager, then the two meshes.
-KNDrawBGAdvectWaterBrush::~KNDrawBGAdvectWaterBrush() = default;
+// The members then go in reverse declaration order: shader manager, MVP manager, the meshes.
+KNDrawBGAdvectWaterBrush::~KNDrawBGAdvectWaterBrush() {
+    qam::forgetLoggedOnce(this);
+}
 
 void KNDrawBGAdvectWaterBrush::initialize(float width, float height, int) {
-    if (!qam::usableSurface(width, height, "KNDrawBGAdvectWaterBrush::initialize")) {
+    if (!qam::wholePixels(this, width, height, "KNDrawBGAdvectWaterBrush::initialize")) {
         return;
     }
     qam::setSurfaceProjection(mMVP, width, height);
@@ -88,7 +90,7 @@ void KNDrawBGAdvectWaterBrush::createTextureUV() {
 }
 
 void KNDrawBGAdvectWaterBrush::draw() {
-    if (!qam::waterReady(mShader, "KNDrawBGAdvectWaterBrush::draw")) {
+    if (!qam::waterReady(this, mMesh, mBGMesh, "KNDrawBGAdvectWaterBrush::draw")) {
         return;
     }
     glDisable(GL_BLEND);
@@ -109,8 +111,8 @@ void KNDrawBGAdvectWaterBrush::contextChanged() {
 }
 
 void KNDrawBGAdvectWaterBrush::resizeSurface(float width, float height) {
-    if (!qam::storeSurface(width, height, "KNDrawBGAdvectWaterBrush::resizeSurface", mSurfaceWidth,
-                           mSurfaceHeight)) {
+    if (!qam::storeSurface(this, width, height, "KNDrawBGAdvectWaterBrush::resizeSurface",
+                           mSurfaceWidth, mSurfaceHeight)) {
         return;
     }
     qam::setSurfaceProjection(mMVP, width, height);
@@ -120,7 +122,7 @@ void KNDrawBGAdvectWaterBrush::resizeSurface(float width, float height) {
 }
 
 void KNDrawBGAdvectWaterBrush::setSize(float width, float height) {
-    if (!qam::storeSurface(width, height, "KNDrawBGAdvectWaterBrush::setSize", mSurfaceWidth,
+    if (!qam::storeSurface(this, width, height, "KNDrawBGAdvectWaterBrush::setSize", mSurfaceWidth,
                            mSurfaceHeight)) {
         return;
     }
@@ -153,9 +155,7 @@ void KNDrawBGAdvectWaterBrush::setScale(float x, float y, float z) {
 }
 
 void KNDrawBGAdvectWaterBrush::setBGTexture(const char* name, bool) {
-    if (!qam::textureByName(name, "KNDrawBGAdvectWaterBrush::setBGTexture", mBGTexture)) {
-        return;
-    }
+    mBGTexture = KNTextureManager::getInstancePtr()->getTextureID(name);
     qam::fitWaterBackground(mBGMesh, mSurfaceWidth, mSurfaceHeight);
 }
 

@@ -3,8 +3,6 @@
 #include <GLES2/gl2.h>
 
 #include "Kinetra/Layers/Implementation/BrilliantQuad.h"
-#include "Kinetra/Layers/Implementation/BrushParts.h"
-#include "Kinetra/Layers/Implementation/RendererGuard.h"
 #include "embedded/Kinetra/Layers/KNDrawBrilliantAdvect.frag.h"
 #include "embedded/Kinetra/Layers/KNDrawBrilliantAdvect.vert.h"
 
@@ -32,9 +30,6 @@ void KNDrawBrilliantAdvect::contextChanged() {
 }
 
 void KNDrawBrilliantAdvect::initRender(float width, float height) {
-    if (!qam::usableSurface(width, height, "KNDrawBrilliantAdvect::initRender")) {
-        return;
-    }
     setOrthogonalCameraView(0, width, 0, height, -5000, 5000);
     createRectTextureShader();
     createRectVertex(width, height);
@@ -52,17 +47,11 @@ void KNDrawBrilliantAdvect::createRectVertex(float width, float height) {
 }
 
 void KNDrawBrilliantAdvect::resizeSurface(float width, float height) {
-    if (!qam::usableSurface(width, height, "KNDrawBrilliantAdvect::resizeSurface")) {
-        return;
-    }
     setOrthogonalCameraView(0, width, 0, height, -5000, 5000);
     createRectVertex(width, height);
 }
 
 void KNDrawBrilliantAdvect::drawRender() {
-    if (!qam::rendererReady(*this, "KNDrawBrilliantAdvect::drawRender")) {
-        return;
-    }
     setShaderArrayMeshVertex("aPosition");
     setShaderUniformMVPMatrix("uMVPMatrix");
     setShaderArrayMeshUV("aTexUV");

@@ -7,8 +7,6 @@
 #include "Common/Platform/Log.h"
 #include "Kinetra/Layers/Implementation/BrilliantQuad.h"
 #include "Kinetra/Layers/Implementation/BrushFields.h"
-#include "Kinetra/Layers/Implementation/BrushParts.h"
-#include "Kinetra/Layers/Implementation/RendererGuard.h"
 #include "embedded/Kinetra/Layers/KNDrawBrilliantRadial.frag.h"
 #include "embedded/Kinetra/Layers/KNDrawBrilliantRadial.vert.h"
 
@@ -20,16 +18,15 @@ KNDrawBrilliantRadial::KNDrawBrilliantRadial() {
     setMesh(&mMesh);
 }
 
-KNDrawBrilliantRadial::~KNDrawBrilliantRadial() = default;
+KNDrawBrilliantRadial::~KNDrawBrilliantRadial() {
+    qam::forgetLoggedOnce(this);
+}
 
 void KNDrawBrilliantRadial::contextChanged() {
     KNIRenderer::contextChanged();
 }
 
 void KNDrawBrilliantRadial::initRender(float width, float height) {
-    if (!qam::usableSurface(width, height, "KNDrawBrilliantRadial::initRender")) {
-        return;
-    }
     setReciprocals(width, height);
     mPatternFollowsScreen = width <= height;
     setOrthogonalCameraView(0, width, 0, height, -5000, 5000);
@@ -78,7 +75,8 @@ void KNDrawBrilliantRadial::createPatternTextureUV() {
 
 void KNDrawBrilliantRadial::flipTextureV() {
     if (mMesh.uv.size() < 4) {
-        qam::logError("KNDrawBrilliantRadial::flipTextureV: no quad yet, nothing flipped");
+        qam::logErrorOnce(this,
+                          "KNDrawBrilliantRadial::flipTextureV: no quad yet, nothing flipped");
         return;
     }
     std::swap(mMesh.uv[0].y, mMesh.uv[2].y);
@@ -86,9 +84,6 @@ void KNDrawBrilliantRadial::flipTextureV() {
 }
 
 void KNDrawBrilliantRadial::resizeSurface(float width, float height) {
-    if (!qam::usableSurface(width, height, "KNDrawBrilliantRadial::resizeSurface")) {
-        return;
-    }
     setReciprocals(width, height);
     setOrthogonalCameraView(0, width, 0, height, -5000, 5000);
     createRectVertex(width, height);
@@ -100,16 +95,11 @@ void KNDrawBrilliantRadial::setPosition(float x, float y, float z) {
 }
 
 void KNDrawBrilliantRadial::setSize(float width, float height) {
-    if (!qam::storeSurface(width, height, "KNDrawBrilliantRadial::setSize", mSurfaceWidth,
-                           mSurfaceHeight)) {
-        return;
-    }
+    qam::storeSurface(this, width, height, "KNDrawBrilliantRadial::setSize", mSurfaceWidth,
+                      mSurfaceHeight);
 }
 
 void KNDrawBrilliantRadial::drawRender() {
-    if (!qam::rendererReady(*this, "KNDrawBrilliantRadial::drawRender")) {
-        return;
-    }
     glDisable(GL_DEPTH_TEST);
     setShaderArrayMeshVertex("aPosition");
     setShaderArrayMeshNormal("aScreenUV");

@@ -2,11 +2,11 @@
 
 #include <GLES2/gl2.h>
 
+#include "Common/Platform/Log.h"
 #include "Kinetra/Core/KNTextureManager.h"
 #include "Kinetra/Layers/Implementation/BrilliantQuad.h"
 #include "Kinetra/Layers/Implementation/BrushFields.h"
 #include "Kinetra/Layers/Implementation/BrushParts.h"
-#include "Kinetra/Layers/Implementation/RendererGuard.h"
 #include "embedded/Kinetra/Layers/KNDrawBrilliantRing.frag.h"
 #include "embedded/Kinetra/Layers/KNDrawBrilliantRing.vert.h"
 
@@ -29,14 +29,16 @@ KNDrawBrilliantRing::KNDrawBrilliantRing() {
     setMesh(&mMesh);
 }
 
-KNDrawBrilliantRing::~KNDrawBrilliantRing() = default;
+KNDrawBrilliantRing::~KNDrawBrilliantRing() {
+    qam::forgetLoggedOnce(this);
+}
 
 void KNDrawBrilliantRing::contextChanged() {
     KNIRenderer::contextChanged();
 }
 
 void KNDrawBrilliantRing::initRender(float width, float height) {
-    if (!qam::usableSurface(width, height, "KNDrawBrilliantRing::initRender")) {
+    if (!qam::wholePixels(this, width, height, "KNDrawBrilliantRing::initRender")) {
         return;
     }
     fitSurface(width, height);
@@ -57,6 +59,10 @@ void KNDrawBrilliantRing::createRectTextureShader() {
 }
 
 void KNDrawBrilliantRing::createRectVertex(float width, float height) {
+    // The background coordinates are fitted to the size in whole pixels.
+    if (!qam::wholePixels(this, width, height, "KNDrawBrilliantRing::createRectVertex")) {
+        return;
+    }
     qam::buildBrilliantQuad(mMesh, 0, 0, width, height);
     qam::writeBaseUV(mMesh.uv);
     mBackgroundUV = mMesh.uv;
@@ -76,7 +82,7 @@ void KNDrawBrilliantRing::createTabScaledTextureUV(const float& scale,
 }
 
 void KNDrawBrilliantRing::resizeSurface(float width, float height) {
-    if (!qam::usableSurface(width, height, "KNDrawBrilliantRing::resizeSurface")) {
+    if (!qam::wholePixels(this, width, height, "KNDrawBrilliantRing::resizeSurface")) {
         return;
     }
     fitSurface(width, height);
@@ -90,7 +96,7 @@ void KNDrawBrilliantRing::setPosition(float x, float y, float z) {
 }
 
 void KNDrawBrilliantRing::setSize(float width, float height) {
-    if (!qam::storeSurface(width, height, "KNDrawBrilliantRing::setSize", mSurfaceWidth,
+    if (!qam::storeSurface(this, width, height, "KNDrawBrilliantRing::setSize", mSurfaceWidth,
                            mSurfaceHeight)) {
         return;
     }
@@ -98,9 +104,6 @@ void KNDrawBrilliantRing::setSize(float width, float height) {
 }
 
 void KNDrawBrilliantRing::drawRender() {
-    if (!qam::rendererReady(*this, "KNDrawBrilliantRing::drawRender")) {
-        return;
-    }
     setShaderArrayMeshVertex("aPosition");
     setShaderUniformMVPMatrix("uMVPMatrix");
     setShaderArrayVector("aTabScaledUV", floats(mTabScaledUV), 3);

@@ -62,10 +62,11 @@ KNDrawMixColorBrush::KNDrawMixColorBrush()
 
 KNDrawMixColorBrush::~KNDrawMixColorBrush() {
     qam::releaseBrush(mMesh, mMVP, mShader);
+    qam::forgetLoggedOnce(this);
 }
 
 void KNDrawMixColorBrush::initialize(float width, float height, int) {
-    if (!qam::usableSurface(width, height, "KNDrawMixColorBrush::initialize")) {
+    if (!qam::wholePixels(this, width, height, "KNDrawMixColorBrush::initialize")) {
         return;
     }
     qam::prepareBrush(mMesh, mMVP, width, height);
@@ -107,7 +108,7 @@ void KNDrawMixColorBrush::createTextureUV() {
 }
 
 void KNDrawMixColorBrush::draw() {
-    if (!qam::brushReady(mMesh, mMVP, mShader, "KNDrawMixColorBrush::draw")) {
+    if (!qam::brushReady(this, mMesh, mMVP, mShader, "KNDrawMixColorBrush::draw")) {
         return;
     }
     qam::beginBrushPass(*mShader, *mMesh);
@@ -135,7 +136,7 @@ void KNDrawMixColorBrush::contextChanged() {
 }
 
 void KNDrawMixColorBrush::resizeSurface(float width, float height) {
-    if (!qam::storeSurface(width, height, "KNDrawMixColorBrush::resizeSurface", mSurfaceWidth,
+    if (!qam::storeSurface(this, width, height, "KNDrawMixColorBrush::resizeSurface", mSurfaceWidth,
                            mSurfaceHeight)) {
         return;
     }
@@ -147,7 +148,7 @@ void KNDrawMixColorBrush::resizeSurface(float width, float height) {
 }
 
 void KNDrawMixColorBrush::setSize(float width, float height) {
-    if (!qam::storeSurface(width, height, "KNDrawMixColorBrush::setSize", mSurfaceWidth,
+    if (!qam::storeSurface(this, width, height, "KNDrawMixColorBrush::setSize", mSurfaceWidth,
                            mSurfaceHeight)) {
         return;
     }
@@ -186,9 +187,7 @@ void KNDrawMixColorBrush::setScale(float x, float y, float z) {
 }
 
 void KNDrawMixColorBrush::setBGTexture(const char* name, bool) {
-    if (!qam::textureByName(name, "KNDrawMixColorBrush::setBGTexture", mBGTexture)) {
-        return;
-    }
+    mBGTexture = KNTextureManager::getInstancePtr()->getTextureID(name);
 }
 
 void KNDrawMixColorBrush::changeBGTextureID(unsigned int texture) {

@@ -50,11 +50,13 @@ KNDrawMixWaterBrush::KNDrawMixWaterBrush()
       mGreenSaturation(0),
       mBlueSaturation(0) {}
 
-// Reverse declaration order: shader manager, MVP manager, then the two meshes.
-KNDrawMixWaterBrush::~KNDrawMixWaterBrush() = default;
+// The members then go in reverse declaration order: shader manager, MVP manager, the meshes.
+KNDrawMixWaterBrush::~KNDrawMixWaterBrush() {
+    qam::forgetLoggedOnce(this);
+}
 
 void KNDrawMixWaterBrush::initialize(float width, float height, int) {
-    if (!qam::usableSurface(width, height, "KNDrawMixWaterBrush::initialize")) {
+    if (!qam::wholePixels(this, width, height, "KNDrawMixWaterBrush::initialize")) {
         return;
     }
     qam::setSurfaceProjection(mMVP, width, height);
@@ -96,7 +98,7 @@ void KNDrawMixWaterBrush::createTextureUV() {
 }
 
 void KNDrawMixWaterBrush::draw() {
-    if (!qam::waterReady(mShader, "KNDrawMixWaterBrush::draw")) {
+    if (!qam::waterReady(this, mMesh, mBGMesh, "KNDrawMixWaterBrush::draw")) {
         return;
     }
     glDisable(GL_BLEND);
@@ -121,7 +123,7 @@ void KNDrawMixWaterBrush::contextChanged() {
 }
 
 void KNDrawMixWaterBrush::resizeSurface(float width, float height) {
-    if (!qam::storeSurface(width, height, "KNDrawMixWaterBrush::resizeSurface", mSurfaceWidth,
+    if (!qam::storeSurface(this, width, height, "KNDrawMixWaterBrush::resizeSurface", mSurfaceWidth,
                            mSurfaceHeight)) {
         return;
     }
@@ -132,7 +134,7 @@ void KNDrawMixWaterBrush::resizeSurface(float width, float height) {
 }
 
 void KNDrawMixWaterBrush::setSize(float width, float height) {
-    if (!qam::storeSurface(width, height, "KNDrawMixWaterBrush::setSize", mSurfaceWidth,
+    if (!qam::storeSurface(this, width, height, "KNDrawMixWaterBrush::setSize", mSurfaceWidth,
                            mSurfaceHeight)) {
         return;
     }
@@ -165,9 +167,7 @@ void KNDrawMixWaterBrush::setScale(float x, float y, float z) {
 }
 
 void KNDrawMixWaterBrush::setBGTexture(const char* name, bool) {
-    if (!qam::textureByName(name, "KNDrawMixWaterBrush::setBGTexture", mBGTexture)) {
-        return;
-    }
+    mBGTexture = KNTextureManager::getInstancePtr()->getTextureID(name);
     qam::fitWaterBackground(mBGMesh, mSurfaceWidth, mSurfaceHeight);
 }
 

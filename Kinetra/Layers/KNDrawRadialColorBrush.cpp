@@ -8,7 +8,6 @@
 #include "Kinetra/Layers/Implementation/BrushFields.h"
 #include "Kinetra/Layers/Implementation/BrushParts.h"
 #include "Kinetra/Layers/Implementation/RadialQuad.h"
-#include "Kinetra/Layers/Implementation/RendererGuard.h"
 #include "embedded/Kinetra/Layers/KNDrawRadialColorBrush.frag.h"
 #include "embedded/Kinetra/Layers/KNDrawRadialColorBrush.vert.h"
 
@@ -27,6 +26,7 @@ KNDrawRadialColorBrush::KNDrawRadialColorBrush()
 
 KNDrawRadialColorBrush::~KNDrawRadialColorBrush() {
     delete mRectMesh;
+    qam::forgetLoggedOnce(this);
 }
 
 void KNDrawRadialColorBrush::contextChanged() {
@@ -34,7 +34,7 @@ void KNDrawRadialColorBrush::contextChanged() {
 }
 
 void KNDrawRadialColorBrush::initRender(float width, float height) {
-    if (!qam::storeSurface(width, height, "KNDrawRadialColorBrush::initRender", mSurfaceWidth,
+    if (!qam::storeSurface(this, width, height, "KNDrawRadialColorBrush::initRender", mSurfaceWidth,
                            mSurfaceHeight)) {
         return;
     }
@@ -64,8 +64,8 @@ void KNDrawRadialColorBrush::createTextureUV() {
 }
 
 void KNDrawRadialColorBrush::resizeSurface(float width, float height) {
-    if (!qam::storeSurface(width, height, "KNDrawRadialColorBrush::resizeSurface", mSurfaceWidth,
-                           mSurfaceHeight)) {
+    if (!qam::storeSurface(this, width, height, "KNDrawRadialColorBrush::resizeSurface",
+                           mSurfaceWidth, mSurfaceHeight)) {
         return;
     }
     setOrthogonalCameraView(0, width, 0, height, -5000, 5000);
@@ -74,7 +74,7 @@ void KNDrawRadialColorBrush::resizeSurface(float width, float height) {
 }
 
 void KNDrawRadialColorBrush::setSize(float width, float height) {
-    if (!qam::storeSurface(width, height, "KNDrawRadialColorBrush::setSize", mSurfaceWidth,
+    if (!qam::storeSurface(this, width, height, "KNDrawRadialColorBrush::setSize", mSurfaceWidth,
                            mSurfaceHeight)) {
         return;
     }
@@ -93,9 +93,7 @@ void KNDrawRadialColorBrush::setRectAlign(int mode) {
 }
 
 void KNDrawRadialColorBrush::setMaskTexture(const char* name) {
-    if (!qam::textureByName(name, "KNDrawRadialColorBrush::setMaskTexture", mMaskTexture)) {
-        return;
-    }
+    mMaskTexture = KNTextureManager::getInstancePtr()->getTextureID(name);
 }
 
 void KNDrawRadialColorBrush::setRatio(float x, float y) {
@@ -104,9 +102,6 @@ void KNDrawRadialColorBrush::setRatio(float x, float y) {
 }
 
 void KNDrawRadialColorBrush::drawRender() {
-    if (!qam::rendererReady(*this, "KNDrawRadialColorBrush::drawRender")) {
-        return;
-    }
     setShaderArrayMeshVertex("aPosition");
     setShaderUniformMVPMatrix("uMVPMatrix");
     setShaderArrayMeshUV("aTexUV");

@@ -2,15 +2,12 @@
 
 #include <GLES2/gl2.h>
 
-#include <cmath>
-
 #include "Common/Platform/Log.h"
 #include "Kinetra/Core/KNMesh.h"
 #include "Kinetra/Core/KNTextureManager.h"
 #include "Kinetra/Layers/Implementation/BrushFields.h"
 #include "Kinetra/Layers/Implementation/BrushParts.h"
 #include "Kinetra/Layers/Implementation/RadialQuad.h"
-#include "Kinetra/Layers/Implementation/RendererGuard.h"
 #include "embedded/Kinetra/Layers/KNDrawRadialColorBrushColor.frag.h"
 #include "embedded/Kinetra/Layers/KNDrawRadialColorBrushColor.vert.h"
 
@@ -29,6 +26,7 @@ KNDrawRadialColorBrushColor::KNDrawRadialColorBrushColor()
 
 KNDrawRadialColorBrushColor::~KNDrawRadialColorBrushColor() {
     delete mRectMesh;
+    qam::forgetLoggedOnce(this);
 }
 
 void KNDrawRadialColorBrushColor::contextChanged() {
@@ -36,8 +34,8 @@ void KNDrawRadialColorBrushColor::contextChanged() {
 }
 
 void KNDrawRadialColorBrushColor::initRender(float width, float height) {
-    if (!qam::storeSurface(width, height, "KNDrawRadialColorBrushColor::initRender", mSurfaceWidth,
-                           mSurfaceHeight)) {
+    if (!qam::storeSurface(this, width, height, "KNDrawRadialColorBrushColor::initRender",
+                           mSurfaceWidth, mSurfaceHeight)) {
         return;
     }
     setOrthogonalCameraView(0, width, 0, height, -5000, 5000);
@@ -67,7 +65,7 @@ void KNDrawRadialColorBrushColor::createTextureUV() {
 }
 
 void KNDrawRadialColorBrushColor::resizeSurface(float width, float height) {
-    if (!qam::storeSurface(width, height, "KNDrawRadialColorBrushColor::resizeSurface",
+    if (!qam::storeSurface(this, width, height, "KNDrawRadialColorBrushColor::resizeSurface",
                            mSurfaceWidth, mSurfaceHeight)) {
         return;
     }
@@ -79,8 +77,8 @@ void KNDrawRadialColorBrushColor::resizeSurface(float width, float height) {
 }
 
 void KNDrawRadialColorBrushColor::setSize(float width, float height) {
-    if (!qam::storeSurface(width, height, "KNDrawRadialColorBrushColor::setSize", mSurfaceWidth,
-                           mSurfaceHeight)) {
+    if (!qam::storeSurface(this, width, height, "KNDrawRadialColorBrushColor::setSize",
+                           mSurfaceWidth, mSurfaceHeight)) {
         return;
     }
     createRectVertex(width, height);
@@ -98,32 +96,20 @@ void KNDrawRadialColorBrushColor::setRectAlign(int mode) {
 }
 
 void KNDrawRadialColorBrushColor::setMaskTexture(const char* name) {
-    if (!qam::textureByName(name, "KNDrawRadialColorBrushColor::setMaskTexture", mMaskTexture)) {
-        return;
-    }
+    mMaskTexture = KNTextureManager::getInstancePtr()->getTextureID(name);
 }
 
 void KNDrawRadialColorBrushColor::setColorTexture(const char* name) {
-    if (!qam::textureByName(name, "KNDrawRadialColorBrushColor::setColorTexture", mColorTexture)) {
-        return;
-    }
+    mColorTexture = KNTextureManager::getInstancePtr()->getTextureID(name);
 }
 
 void KNDrawRadialColorBrushColor::setResolutionRatio(float ratio) {
-    if (ratio == 0.0f || !std::isfinite(ratio)) {
-        qam::logError("KNDrawRadialColorBrushColor::setResolutionRatio: ratio %g, ignored",
-                      static_cast<double>(ratio));
-        return;
-    }
     mResolutionRatio = ratio;
     mInvScreen[0] = 1.0f / (ratio * getScreenSize()[0]);
     mInvScreen[1] = 1.0f / (ratio * getScreenSize()[1]);
 }
 
 void KNDrawRadialColorBrushColor::drawRender() {
-    if (!qam::rendererReady(*this, "KNDrawRadialColorBrushColor::drawRender")) {
-        return;
-    }
     setShaderArrayMeshVertex("aPosition");
     setShaderUniformMVPMatrix("uMVPMatrix");
     setShaderArrayMeshUV("aTexUV");

@@ -7,7 +7,6 @@
 #include "Kinetra/Layers/Implementation/BrushFields.h"
 #include "Kinetra/Layers/Implementation/BrushParts.h"
 #include "Kinetra/Layers/Implementation/RadialQuad.h"
-#include "Kinetra/Layers/Implementation/RendererGuard.h"
 #include "embedded/Kinetra/Layers/KNDrawRadialWaterBrush.frag.h"
 #include "embedded/Kinetra/Layers/KNDrawRadialWaterBrush.vert.h"
 
@@ -26,14 +25,16 @@ KNDrawRadialWaterBrush::KNDrawRadialWaterBrush()
       mGraphPow(0),
       mGraphMultiply(0) {}
 
-KNDrawRadialWaterBrush::~KNDrawRadialWaterBrush() = default;
+KNDrawRadialWaterBrush::~KNDrawRadialWaterBrush() {
+    qam::forgetLoggedOnce(this);
+}
 
 void KNDrawRadialWaterBrush::contextChanged() {
     KNIRenderer::contextChanged();
 }
 
 void KNDrawRadialWaterBrush::initRender(float width, float height) {
-    if (!qam::storeSurface(width, height, "KNDrawRadialWaterBrush::initRender", mSurfaceWidth,
+    if (!qam::storeSurface(this, width, height, "KNDrawRadialWaterBrush::initRender", mSurfaceWidth,
                            mSurfaceHeight)) {
         return;
     }
@@ -60,8 +61,8 @@ void KNDrawRadialWaterBrush::createTextureUV() {
 }
 
 void KNDrawRadialWaterBrush::resizeSurface(float width, float height) {
-    if (!qam::storeSurface(width, height, "KNDrawRadialWaterBrush::resizeSurface", mSurfaceWidth,
-                           mSurfaceHeight)) {
+    if (!qam::storeSurface(this, width, height, "KNDrawRadialWaterBrush::resizeSurface",
+                           mSurfaceWidth, mSurfaceHeight)) {
         return;
     }
     setOrthogonalCameraView(0, width, 0, height, -5000, 5000);
@@ -71,7 +72,7 @@ void KNDrawRadialWaterBrush::resizeSurface(float width, float height) {
 }
 
 void KNDrawRadialWaterBrush::setSize(float width, float height) {
-    if (!qam::storeSurface(width, height, "KNDrawRadialWaterBrush::setSize", mSurfaceWidth,
+    if (!qam::storeSurface(this, width, height, "KNDrawRadialWaterBrush::setSize", mSurfaceWidth,
                            mSurfaceHeight)) {
         return;
     }
@@ -90,15 +91,11 @@ void KNDrawRadialWaterBrush::setRectAlign(int mode) {
 }
 
 void KNDrawRadialWaterBrush::setMaskTexture(const char* name) {
-    if (!qam::textureByName(name, "KNDrawRadialWaterBrush::setMaskTexture", mMaskTexture)) {
-        return;
-    }
+    mMaskTexture = KNTextureManager::getInstancePtr()->getTextureID(name);
 }
 
 void KNDrawRadialWaterBrush::setGraphTexture(const char* name) {
-    if (!qam::textureByName(name, "KNDrawRadialWaterBrush::setGraphTexture", mGraphTexture)) {
-        return;
-    }
+    mGraphTexture = KNTextureManager::getInstancePtr()->getTextureID(name);
 }
 
 void KNDrawRadialWaterBrush::setRatio(float x, float y) {
@@ -107,9 +104,6 @@ void KNDrawRadialWaterBrush::setRatio(float x, float y) {
 }
 
 void KNDrawRadialWaterBrush::drawRender() {
-    if (!qam::rendererReady(*this, "KNDrawRadialWaterBrush::drawRender")) {
-        return;
-    }
     setShaderArrayMeshVertex("aPosition");
     setShaderUniformMVPMatrix("uMVPMatrix");
     setShaderArrayMeshUV("aTexUV");

@@ -44,7 +44,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
         abort();
     }
     if (drawable.mMode == GL_TRIANGLES) {
-        if (8 + 36 * vertices + 2 * indices > model.getLength()) {
+        // Without indices the skipped block is never read.
+        const uint64_t read = indices == 0 ? 8 + 32 * vertices : 8 + 36 * vertices + 2 * indices;
+        if (read > model.getLength()) {
             abort();
         }
     } else if (vertices != 0 || indices != 0) {

@@ -2,7 +2,6 @@
 
 #include <cmath>
 
-#include "Common/Platform/Log.h"
 #include "Common/Renderer/Base/Texture.h"
 
 namespace vi {
@@ -25,11 +24,6 @@ Background::~Background() {
 }
 
 void Background::setScreenSize(unsigned width, unsigned height) {
-    if (width == 0 || height == 0 || mTexture->mWidth == 0 || mTexture->mHeight == 0) {
-        qam::logError("Background: screen %ux%u over texture %ux%u has no aspect, crop kept", width,
-                      height, mTexture->mWidth, mTexture->mHeight);
-        return;
-    }
     const float rx = float(width) / float(mTexture->mWidth);
     const float ry = float(height) / float(mTexture->mHeight);
     float u0 = 0.0f;

@@ -40,12 +40,18 @@ void BackgroundRenderer::updateTextureCoords() {
     if (mTextureCoordsIndex == -1) {
         return;
     }
-    if (mDrawable->mTextureCoords.size() < mVertexCount) {
-        qam::logError("BackgroundRenderer: %zu texture coordinates for %u vertices, kept the old",
-                      mDrawable->mTextureCoords.size(), mVertexCount);
+    if (mDrawable == nullptr) {
+        qam::logErrorOnce(this, "BackgroundRenderer: no drawable to take coordinates from");
         return;
     }
     Attribute& attribute = *mAttributes[static_cast<size_t>(mTextureCoordsIndex)];
+    // The upload below would read past the coordinates.
+    if (attribute.mIsStatic && mDrawable->mTextureCoords.size() < mVertexCount) {
+        qam::logErrorOnce(
+            this, "BackgroundRenderer: %zu texture coordinates for %u vertices, kept the old",
+            mDrawable->mTextureCoords.size(), mVertexCount);
+        return;
+    }
     attribute.mData = mDrawable->mTextureCoords.data();
     attribute.mVertexCount = &mVertexCount;
     if (attribute.mIsStatic) {

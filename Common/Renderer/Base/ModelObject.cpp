@@ -36,34 +36,34 @@ void ModelObject::load(const std::string& name) {
 }
 
 void ModelObject::setBuffer(const void* data, unsigned size) {
-    const unsigned before = getLength();
-    write(data, size);  // logs data it cannot take
-    if (getLength() == before) {
-        return;
-    }
-    // The bytes stay either way; this only reports a model that cannot be used.
-    unsigned vertices = 0;
-    unsigned indices = 0;
-    readCounts("setBuffer", vertices, indices);
+    write(data, size);
 }
 
-bool ModelObject::readCounts(const char* operation, unsigned& vertices, unsigned& indices) {
+bool ModelObject::readCounts(bool forDrawable, unsigned& vertices, unsigned& indices) {
     const uint64_t length = getLength();
     if (length < kHeaderBytes) {
-        qam::logError("ModelObject %s: %u bytes hold no model header, model ignored", operation,
-                      getLength());
+        qam::logErrorOnce(this, "ModelObject: %u bytes hold no model header, model ignored",
+                          getLength());
         return false;
     }
     const auto* bytes = static_cast<const unsigned char*>(getBuffer());
     vertices = readUint32(bytes);
     indices = readUint32(bytes + 4);
-    // 64-bit sizes: no count of 32 bits can overflow them.
-    const uint64_t needed = kHeaderBytes + kVertexBytes * vertices + kIndexBytes * indices;
+    // Only what the caller reads must be there: the positions to scale; to fill a drawable
+    // the normals and coordinates too, and the indices behind the skipped block when there
+    // are any. 64-bit sizes: no count of 32 bits can overflow them.
+    uint64_t needed = kHeaderBytes + kPositionBytes * vertices;
+    if (forDrawable) {
+        needed += (kNormalBytes + kCoordBytes) * vertices;
+    }
+    if (forDrawable && indices != 0) {
+        needed = kHeaderBytes + kVertexBytes * vertices + kIndexBytes * indices;
+    }
     if (length < needed) {
-        qam::logError(
-            "ModelObject %s: %u vertices and %u indices need %llu bytes, only %u given,"
-            " model ignored",
-            operation, vertices, indices, static_cast<unsigned long long>(needed), getLength());
+        qam::logErrorOnce(this,
+                          "ModelObject: %u vertices and %u indices need %llu bytes, only %u"
+                          " given, model ignored",
+                          vertices, indices, static_cast<unsigned long long>(needed), getLength());
         return false;
     }
     return true;
@@ -72,7 +72,7 @@ bool ModelObject::readCounts(const char* operation, unsigned& vertices, unsigned
 void ModelObject::scale(float factor) {
     unsigned vertices = 0;
     unsigned indices = 0;
-    if (!readCounts("scale", vertices, indices)) {
+    if (!readCounts(false, vertices, indices)) {
         return;
     }
     unsigned char* positions = static_cast<unsigned char*>(getBuffer()) + kHeaderBytes;
@@ -87,7 +87,7 @@ void ModelObject::scale(float factor) {
 void ModelObject::fillDrawable(Drawable& drawable) {
     unsigned vertices = 0;
     unsigned indices = 0;
-    if (!readCounts("fillDrawable", vertices, indices)) {
+    if (!readCounts(true, vertices, indices)) {
         drawable.mPositions3.clear();
         drawable.mNormals.clear();
         drawable.mTextureCoords.clear();

@@ -24,13 +24,14 @@ class TALVEQAM_EXPORT ModelObject : public File {
     // Multiplies every position by `factor` in place; the rest is untouched.
     void scale(float factor);
     // Copies the model into `drawable`: vec3 positions, normals, texture coordinates and
-    // indices, as triangles. A buffer too short for the model it declares leaves those
-    // lists of `drawable` empty.
+    // indices, as triangles. A buffer too short for what this reads leaves those lists of
+    // `drawable` empty.
     void fillDrawable(Drawable& drawable);
 
   private:
-    // Vertex and index counts of a buffer long enough for them, else logs why not.
-    bool readCounts(const char* operation, unsigned& vertices, unsigned& indices);
+    // Vertex and index counts of a buffer that holds what scale() or, with `forDrawable`,
+    // fillDrawable() reads, else logs why not (once per model).
+    bool readCounts(bool forDrawable, unsigned& vertices, unsigned& indices);
 };
 
 }  // namespace vi

@@ -77,9 +77,6 @@ RenderableTexture::~RenderableTexture() {
 void RenderableTexture::update() {
     glBindTexture(GL_TEXTURE_2D, mTexture);
     glPixelStorei(GL_PACK_ALIGNMENT, 1);
-    if (!canUpload(mWidth, mHeight, mBuffer)) {
-        return;
-    }
     if (mIsSubImageUse && mIsUploaded) {
         glTexSubImage2D(GL_TEXTURE_2D, 0, 0, 0, mWidth, mHeight, GL_RGBA, GL_UNSIGNED_BYTE,
                         mBuffer);
@@ -164,7 +161,7 @@ void RenderableTexture::clear(const glm::vec4& colour) {
 
 void RenderableTexture::renderFrame(Renderer* renderer, bool clear, const glm::vec4& colour) {
     if (renderer == nullptr) {
-        qam::logError("RenderableTexture: no renderer to draw, frame skipped");
+        qam::logErrorOnce(this, "RenderableTexture: no renderer to draw, frame skipped");
         return;
     }
     allocate();
@@ -197,7 +194,7 @@ void RenderableTexture::renderFrame() {
     glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
     for (Renderer* renderer : *mRenderers) {
         if (renderer == nullptr) {
-            qam::logError("RenderableTexture: null renderer in the list, skipped");
+            qam::logErrorOnce(this, "RenderableTexture: null renderer in the list, skipped");
             continue;
         }
         renderer->draw();
@@ -210,10 +207,6 @@ void RenderableTexture::renderFrame() {
 }
 
 void RenderableTexture::readBuffer(unsigned char* pixels) {
-    if (pixels == nullptr) {
-        qam::logError("RenderableTexture: no memory to read into, read skipped");
-        return;
-    }
     allocate();
     const SavedTarget saved;
     bindAsCurrent();
@@ -226,10 +219,6 @@ void RenderableTexture::readBuffer(unsigned char* pixels) {
 }
 
 void RenderableTexture::writeBuffer(const unsigned char* pixels) {
-    if (pixels == nullptr) {
-        qam::logError("RenderableTexture: no pixels to write, write skipped");
-        return;
-    }
     allocate();
     glBindTexture(GL_TEXTURE_2D, mTexture);
     glPixelStorei(GL_PACK_ALIGNMENT, 1);

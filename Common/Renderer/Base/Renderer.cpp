@@ -73,10 +73,6 @@ Renderer::~Renderer() {
 }
 
 void Renderer::setDrawable(Drawable* drawable) {
-    if (drawable == nullptr) {
-        qam::logError("Renderer: null drawable ignored, the renderer keeps its own");
-        return;
-    }
     mDrawable = drawable;
 }
 
@@ -88,15 +84,7 @@ unsigned Renderer::countVertices() const {
 
 int Renderer::addAttribute(const std::string& name, const void* data, unsigned components,
                            bool isStatic) {
-    if (data == nullptr) {
-        qam::logError("Renderer: attribute \"%s\" has no data, dropped", name.c_str());
-        return -1;
-    }
-    if (components < 1 || components > 4) {
-        qam::logError("Renderer: attribute \"%s\" has %u components, dropped", name.c_str(),
-                      components);
-        return -1;
-    }
+    // Null data is valid: glBufferData then only allocates the buffer.
     auto attribute = std::make_unique<Attribute>(
         Attribute{name, kNoBuffer, -1, data, &mVertexCount, components, isStatic});
     attribute->mLocation = glGetAttribLocation(mProgram->mProgram, name.c_str());
@@ -116,10 +104,6 @@ int Renderer::addAttribute(const std::string& name, const void* data, unsigned c
 
 int Renderer::addUniform(const std::string& name, const void* data, Uniform::UniformType type,
                          unsigned count) {
-    if (data == nullptr) {
-        qam::logError("Renderer: uniform \"%s\" has no data, dropped", name.c_str());
-        return -1;
-    }
     auto uniform = std::make_unique<Uniform>(name, data, type, count);
     uniform->mLocation = glGetUniformLocation(mProgram->mProgram, name.c_str());
     if (uniform->mLocation == -1) {
@@ -131,7 +115,6 @@ int Renderer::addUniform(const std::string& name, const void* data, Uniform::Uni
 
 int Renderer::addTexture(const std::string& name, Texture* texture) {
     if (texture == nullptr) {
-        qam::logError("Renderer: no texture for sampler \"%s\", dropped", name.c_str());
         return -1;
     }
     const GLint location = glGetUniformLocation(mProgram->mProgram, name.c_str());
@@ -149,6 +132,10 @@ int Renderer::addTexture(const std::string& name, Texture* texture) {
 }
 
 void Renderer::draw() {
+    if (mDrawable == nullptr) {
+        qam::logErrorOnce(this, "Renderer: no drawable, draw skipped");
+        return;
+    }
     mVertexCount = countVertices();
     for (RenderableTexture* source : mSources) {
         if (!source->mIsStatic) {
@@ -174,17 +161,16 @@ void Renderer::draw() {
                               nullptr);
     }
     for (const auto& uniform : mUniforms) {
+        // GL would read the value through a null pointer; it may be set later.
+        if (uniform->mData == nullptr && uniform->mCount != 0 && uniform->mType <= Uniform::kVec4) {
+            qam::logErrorOnce(this, "Renderer: uniform without data, not uploaded");
+            continue;
+        }
         uniform->upload();
     }
     for (size_t unit = 0; unit < mTextures.size(); ++unit) {
         mTextures[unit].first->bind(static_cast<unsigned>(mTextures[unit].second),
                                     static_cast<unsigned>(unit));
-    }
-
-    // Without vertices an indexed draw would read past the attribute buffers.
-    if (mVertexCount == 0) {
-        qam::logErrorOnce(this, "Renderer: drawable has no positions, draw skipped");
-        return;
     }
 
     if (mIndexBuffer == kNoBuffer) {

@@ -6,8 +6,6 @@
 #include <algorithm>
 #include <cstdlib>
 
-#include "Common/Platform/Log.h"
-
 namespace vi {
 namespace {
 
@@ -20,9 +18,7 @@ GLenum formatOf(unsigned channels) {
         case 4:
             return GL_RGBA;
         default:
-            qam::logError("Texture: unsupported channel count %u, the texture stays empty",
-                          channels);
-            return 0;
+            return 0;  // left unset
     }
 }
 
@@ -94,25 +90,10 @@ void Texture::setDeletable(bool deletable) {
     mIsDeletable = deletable;
 }
 
-bool Texture::canUpload(unsigned width, unsigned height, const void* buffer) const {
-    if (width == 0 || height == 0) {
-        qam::logError("Texture: size %ux%u has no pixels, upload skipped", width, height);
-        return false;
-    }
-    if (mIsCompressed && buffer == nullptr) {
-        qam::logError("Texture: compressed texture without data, upload skipped");
-        return false;
-    }
-    return true;
-}
-
 void Texture::update() {
     glBindTexture(mTarget, mTexture);
     // The pack alignment, not the unpack one: uploads rely on the default of 4.
     glPixelStorei(GL_PACK_ALIGNMENT, 1);
-    if (!canUpload(mWidth, mHeight, mBuffer)) {
-        return;
-    }
     if (mIsCompressed) {
         glCompressedTexImage2D(mTarget, 0, GL_ETC1_RGB8_OES, mWidth, mHeight, 0,
                                (mWidth * mHeight) >> 1, mBuffer);

@@ -63,10 +63,6 @@ class TALVEQAM_EXPORT Texture {
 
     // Whether a GL_RENDERER string names a Mali GPU.
     static bool isMaliRenderer(const char* renderer);
-
-  protected:
-    // Whether the buffer can be uploaded at all; logs why not.
-    bool canUpload(unsigned width, unsigned height, const void* buffer) const;
 };
 
 }  // namespace vi

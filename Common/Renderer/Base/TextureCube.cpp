@@ -34,9 +34,6 @@ void TextureCube::update() {
         const unsigned w = mFaceWidths[i];
         const unsigned h = mFaceHeights[i];
         void* pixels = mFaceBuffers[i];
-        if (!canUpload(w, h, pixels)) {
-            continue;
-        }
         if (mIsCompressed) {
             glCompressedTexImage2D(face, 0, GL_ETC1_RGB8_OES, w, h, 0, (w * h) >> 1, pixels);
         } else if (mIsSubImageUse && mIsUploaded) {

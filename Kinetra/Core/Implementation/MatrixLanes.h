@@ -20,14 +20,18 @@ namespace qam::lanes {
 #endif
 
 // r[i][j] = a[i][0]*b[0][j] + a[i][1]*b[1][j] + a[i][2]*b[2][j] + a[i][3]*b[3][j], summed
-// left to right. r must not alias a or b.
+// left to right. Built in a temporary, so r may alias a or b (model x view into the model).
 inline void multiplyScalar(float* r, const float* a, const float* b) {
     QAM_NO_FP_CONTRACT
+    float product[16];
     for (int i = 0; i < 4; ++i) {
         for (int j = 0; j < 4; ++j) {
-            r[4 * i + j] = a[4 * i] * b[j] + a[4 * i + 1] * b[4 + j] + a[4 * i + 2] * b[8 + j] +
-                           a[4 * i + 3] * b[12 + j];
+            product[4 * i + j] = a[4 * i] * b[j] + a[4 * i + 1] * b[4 + j] +
+                                 a[4 * i + 2] * b[8 + j] + a[4 * i + 3] * b[12 + j];
         }
+    }
+    for (int k = 0; k < 16; ++k) {
+        r[k] = product[k];
     }
 }
 

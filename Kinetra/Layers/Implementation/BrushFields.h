@@ -16,12 +16,9 @@ void storeFloats(float (&to)[N], Values... values) {
     }
 }
 
-// Stores a usable surface size as whole pixels; false (logged under `caller`) for any other.
-bool storeSurface(float width, float height, const char* caller, int& surfaceWidth,
-                  int& surfaceHeight);
-
-// Looks `name` up in the texture manager into `texture`; a null name is logged under `caller`
-// and leaves `texture` as it was (false).
-bool textureByName(const char* name, const char* caller, unsigned int& texture);
+// Stores the size truncated to whole pixels. False, storing nothing, for a size no int holds
+// (logged once for `object` under `caller`).
+bool storeSurface(const void* object, float width, float height, const char* caller,
+                  int& surfaceWidth, int& surfaceHeight);
 
 }  // namespace qam

@@ -1,25 +1,24 @@
 #include "Kinetra/Layers/Implementation/BrushParts.h"
 
-#include <cmath>
-
 #include "Common/Platform/Log.h"
 
 namespace qam {
 
 namespace {
 
-bool usableLength(float length) {
-    return std::isfinite(length) && length >= 1.0f && length < 2147483648.0f;
+// Whether (int)length is defined: NaN fails both comparisons.
+bool truncatesToInt(float length) {
+    return length >= -2147483648.0f && length < 2147483648.0f;
 }
 
 }  // namespace
 
-bool usableSurface(float width, float height, const char* caller) {
-    if (usableLength(width) && usableLength(height)) {
+bool wholePixels(const void* object, float width, float height, const char* caller) {
+    if (truncatesToInt(width) && truncatesToInt(height)) {
         return true;
     }
-    logError("%s: surface %gx%g is not a size in pixels, ignored", caller,
-             static_cast<double>(width), static_cast<double>(height));
+    logErrorOnce(object, "%s: surface %gx%g has no whole-pixel size, ignored", caller,
+                 static_cast<double>(width), static_cast<double>(height));
     return false;
 }
 
@@ -47,13 +46,13 @@ void releaseBrush(Kinetra::KNMesh*& mesh, Kinetra::KNMVPManager*& mvp,
     shader = nullptr;
 }
 
-bool brushReady(const Kinetra::KNMesh* mesh, const Kinetra::KNMVPManager* mvp,
+bool brushReady(const void* object, const Kinetra::KNMesh* mesh, const Kinetra::KNMVPManager* mvp,
                 const Kinetra::KNShaderManager* shader, const char* caller) {
     if (mesh != nullptr && mvp != nullptr && shader != nullptr && mesh->index.size() >= 4 &&
         mesh->uv.size() >= 4 && mesh->vertex.size() >= 4) {
         return true;
     }
-    logError("%s: not initialised, nothing drawn", caller);
+    logErrorOnce(object, "%s: not initialised, nothing drawn", caller);
     return false;
 }
 

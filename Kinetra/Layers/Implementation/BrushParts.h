@@ -8,9 +8,9 @@ namespace qam {
 
 // Lifecycle of the parts a colour brush owns through plain pointers.
 
-// True for a surface of at least one whole pixel that an int holds; anything else is logged
-// under `caller` and must be dropped.
-bool usableSurface(float width, float height, const char* caller);
+// True when both lengths truncate to an int. Any other size (NaN, infinite, 2^31 or more) has
+// no whole-pixel value: logged once for `object` under `caller`, and the call must be dropped.
+bool wholePixels(const void* object, float width, float height, const char* caller);
 
 // Creates the mesh and the matrices when missing and sets the projection of a width x height
 // surface with y growing upwards.
@@ -21,8 +21,9 @@ void setSurfaceProjection(Kinetra::KNMVPManager& mvp, float width, float height)
 void releaseBrush(Kinetra::KNMesh*& mesh, Kinetra::KNMVPManager*& mvp,
                   Kinetra::KNShaderManager*& shader);
 
-// True when initialize has built everything a draw needs; logged under `caller` otherwise.
-bool brushReady(const Kinetra::KNMesh* mesh, const Kinetra::KNMVPManager* mvp,
+// True when initialize has built everything a draw reads; otherwise (a draw before initialize)
+// logged once for `object` under `caller`.
+bool brushReady(const void* object, const Kinetra::KNMesh* mesh, const Kinetra::KNMVPManager* mvp,
                 const Kinetra::KNShaderManager* shader, const char* caller);
 
 }  // namespace qam

@@ -45,11 +45,13 @@ void fitWaterBackground(Kinetra::KNMesh& background, int width, int height) {
     }
 }
 
-bool waterReady(const Kinetra::KNShaderManager& shader, const char* caller) {
-    if (shader.getProgram() != 0) {
+bool waterReady(const void* object, const Kinetra::KNMesh& mesh, const Kinetra::KNMesh& background,
+                const char* caller) {
+    if (mesh.index.size() >= 4 && mesh.vertex.size() >= 4 && mesh.uv.size() >= 4 &&
+        background.uv.size() >= 4) {
         return true;
     }
-    logError("%s: no program (not initialised, or the context was lost), nothing drawn", caller);
+    logErrorOnce(object, "%s: not initialised, nothing drawn", caller);
     return false;
 }
 

@@ -29,8 +29,11 @@ void fillWaterUV(Kinetra::KNMesh& mesh, Kinetra::KNMesh& background);
 // nothing while they are not built yet (initialize fits them).
 void fitWaterBackground(Kinetra::KNMesh& background, int width, int height);
 
-// True when the brush has a program; logged under `caller` otherwise.
-bool waterReady(const Kinetra::KNShaderManager& shader, const char* caller);
+// True when initialize has built the arrays a draw reads; otherwise (a draw before initialize)
+// logged once for `object` under `caller`. Without a program (a lost context) the brush still
+// draws: GL draws nothing with program 0.
+bool waterReady(const void* object, const Kinetra::KNMesh& mesh, const Kinetra::KNMesh& background,
+                const char* caller);
 // The program and both coordinate arrays; blending is the caller's.
 void beginWaterPass(Kinetra::KNShaderManager& shader, const Kinetra::KNMesh& mesh,
                     const Kinetra::KNMesh& background);

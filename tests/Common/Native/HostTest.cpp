@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <memory>
 #include <sstream>
 #include <string>
 #include <thread>
@@ -13,6 +14,8 @@
 #include "Common/Effect/Timer.h"
 #include "Common/Native/Host.h"
 #include "Common/Renderer/Base/ModelObject.h"
+#include "Common/Renderer/Base/Renderer.h"
+#include "Common/Renderer/Base/ShaderProgram.h"
 #include "Common/Renderer/Base/Texture.h"
 #include "tests/effects/RecordingEffect.h"
 #include "tests/support/GLTest.h"
@@ -282,6 +285,46 @@ TEST_F(RunningHostTest, PauseFreezesTheClockUntilResume) {
     Host::resumeAnimation();
     Host::resumeAnimation();  // no pause: nothing
     EXPECT_FALSE(vi::Timer::mIsPaused);
+}
+
+// A renderer with two attributes, made in the running effect.
+class TwoAttributeQuad {
+  public:
+    TwoAttributeQuad() {
+        mProgram = vi::ShaderProgram::addProgram(new vi::ShaderProgram(
+            "attribute vec2 aPosition; attribute vec4 aColor; varying vec4 vColor;"
+            "void main() { vColor = aColor; gl_Position = vec4(aPosition, 0.0, 1.0); }",
+            "precision mediump float; varying vec4 vColor; void main() { gl_FragColor = vColor; }",
+            0));
+        mDrawable.mMode = GL_TRIANGLE_STRIP;
+        mDrawable.mDimension = 2;
+        mDrawable.mPositions2 = {{-1, -1}, {1, -1}, {-1, 1}, {1, 1}};
+        mRenderer = std::make_unique<vi::Renderer>(*mProgram, mDrawable);
+        mRenderer->addAttribute("aPosition", mDrawable.mPositions2.data(), 2, true);
+        mRenderer->addAttribute("aColor", mColours, 4, true);
+    }
+    ~TwoAttributeQuad() {
+        mRenderer.reset();
+        mProgram->destroy();
+    }
+    vi::ShaderProgram* mProgram;
+    vi::Drawable mDrawable;
+    const float mColours[16] = {0, 1, 0, 1, 0, 1, 0, 1, 0, 1, 0, 1, 0, 1, 0, 1};
+    std::unique_ptr<vi::Renderer> mRenderer;
+};
+
+TEST_F(RunningHostTest, AfterALostContextRenderersDrawWithTheNewProgramsLocations) {
+    TwoAttributeQuad quad;
+    quad.mRenderer->draw();
+    const uint32_t drawn = pixel(32, 32);
+    ASSERT_EQ(drawn, 0x00FF00FFu);
+    // As if the lost context's program had placed the two attributes the other way round.
+    auto& attributes = quad.mRenderer->mAttributes;
+    std::swap(attributes[0]->mLocation, attributes[1]->mLocation);
+    loseContext();
+    Host::draw(mSlot);
+    quad.mRenderer->draw();
+    EXPECT_EQ(pixel(32, 32), drawn);
 }
 
 using HostThreadsTest = HostTest;

@@ -65,6 +65,8 @@ class CoreTest : public qam::test::GLTest {
   protected:
     void SetUp() override {
         GLTest::SetUp();
+        while (glGetError() != GL_NO_ERROR) {  // e.g. a stale program name deleted again
+        }
         glDisable(GL_BLEND);  // renderers leave it on, and another texture unit active
         glActiveTexture(GL_TEXTURE0);
     }

@@ -57,9 +57,14 @@ TEST(KNGrid2D, DerivedFieldsCopyResetAndTheNodesOfACell) {
     expectFields(grid, {}, {});
     other.copy(other);  // copying itself resets and copies nothing
     EXPECT_EQ(other.getNodeCount(), 0);
+
+    // hx² · hy² is the product of the two squares (left to right differs in the last bit).
+    other.setGrid(3, 5, 1.0, 1.0);
+    const double hx = 1.0 / 3, hy = 1.0 / 5;
+    EXPECT_EQ(other.getSquaredCellProduct(), (hx * hx) * (hy * hy));
 }
 
-TEST(KNGrid2D, InvalidGridsOutputsAndCellsAreReportedAndChangeNothing) {
+TEST(KNGrid2D, InvalidGridsAndOutputsAreReportedAndCellsOutsideFollowTheFormula) {
     KNGrid2D grid;
     grid.setGrid(4, 2, 8.0, 3.0);
     // The resolution is checked first.
@@ -77,20 +82,26 @@ TEST(KNGrid2D, InvalidGridsOutputsAndCellsAreReportedAndChangeNothing) {
     }
     expectFields(grid, kInts, kDoubles);
 
-    // Null outputs and cells outside the grid are logged and write nothing.
+    // Null outputs are logged, once each, and nothing is written.
     LogCapture log;
     int x = -7;
     double d = -7;
-    int nodes[4] = {-1, -1, -1, -1};
-    grid.getResolution(&x, nullptr);
-    grid.getDimension(nullptr, &d);
-    grid.getCellSize(&d, nullptr);
-    grid.getNodesOfCell(0, 0, nullptr);
-    for (auto [i, j] : std::vector<std::pair<int, int>>{{4, 0}, {0, 2}, {0, -1}, {-1, 0}}) {
-        grid.getNodesOfCell(i, j, nodes);
+    for (int round = 0; round < 2; ++round) {
+        grid.getResolution(&x, nullptr);
+        grid.getDimension(nullptr, &d);
+        grid.getCellSize(&d, nullptr);
+        grid.getNodesOfCell(0, 0, nullptr);
     }
-    EXPECT_EQ(log.messages().size(), 8u);
-    EXPECT_EQ((std::vector<double>{1.0 * x, d, 1.0 * nodes[0]}), (std::vector<double>{-7, -7, -1}));
+    EXPECT_EQ(log.messages().size(), 4u);
+    EXPECT_EQ((std::vector<double>{1.0 * x, d}), (std::vector<double>{-7, -7}));
+    // A cell outside the grid gets the nodes of the same arithmetic (5 nodes per row).
+    const std::vector<std::pair<std::pair<int, int>, std::vector<int>>> outside = {
+        {{4, 0}, {4, 5, 10, 9}}, {{0, -1}, {-5, -4, 1, 0}}, {{-1, 0}, {-1, 0, 5, 4}}};
+    for (const auto& [cell, expected] : outside) {
+        int nodes[4] = {};
+        grid.getNodesOfCell(cell.first, cell.second, nodes);
+        EXPECT_EQ(std::vector<int>(nodes, nodes + 4), expected);
+    }
 }
 
 }  // namespace

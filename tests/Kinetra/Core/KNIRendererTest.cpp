@@ -172,6 +172,35 @@ TEST_F(KNIRendererTest, DrawsTrianglesUntilToldAndCustomDrawsHoldForOneDraw) {
     EXPECT_EQ(orangeAt({{4, 4}, {60, 4}}), (Shown{true, false}));  // the mesh's own indices
 }
 
+// With buffers bound, index and attribute pointers are offsets into them, null being 0.
+TEST_F(KNIRendererTest, CustomIndicesAndArrayVectorsReadBoundBuffersFromTheirOffsets) {
+    renderer.mesh.vertex = {{0, 0, 0}, {20, 0, 0}, {0, 20, 0}, {44, 0, 0}, {64, 0, 0}, {64, 20, 0}};
+    renderer.mesh.uv.assign(6, {0, 0, 0});
+    const unsigned short indices[] = {0, 1, 2, 3, 4, 5};
+    const float raised[] = {0, 40, 0, 20, 40, 0, 0, 60, 0};  // the left triangle, 40 higher
+    GLuint buffers[2] = {0, 0};
+    glGenBuffers(2, buffers);
+    glBindBuffer(GL_ARRAY_BUFFER, buffers[1]);
+    glBufferData(GL_ARRAY_BUFFER, sizeof raised, raised, GL_STATIC_DRAW);
+    glBindBuffer(GL_ARRAY_BUFFER, 0);  // the mesh arrays come from client memory
+    glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, buffers[0]);
+    glBufferData(GL_ELEMENT_ARRAY_BUFFER, sizeof indices, indices, GL_STATIC_DRAW);
+    auto* const second = reinterpret_cast<unsigned short*>(3 * sizeof(unsigned short));
+    renderer.setCustomDrawElement(second, 3, GL_TRIANGLES);
+    EXPECT_EQ(orangeAt({{4, 4}, {60, 4}}), (Shown{false, true}));
+    renderer.setCustomDrawElement(nullptr, 3, GL_TRIANGLES);
+    EXPECT_EQ(orangeAt({{4, 4}, {60, 4}}), (Shown{true, false}));
+    renderer.extra = [&](QuadRenderer& r) {  // positions from the array buffer instead
+        glBindBuffer(GL_ARRAY_BUFFER, buffers[1]);
+        r.setShaderArrayVector("aPosition", nullptr, 3);
+        glBindBuffer(GL_ARRAY_BUFFER, 0);
+    };
+    renderer.setCustomDrawElement(nullptr, 3, GL_TRIANGLES);
+    EXPECT_EQ(orangeAt({{4, 4}, {4, 44}}), (Shown{false, true}));
+    glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, 0);
+    glDeleteBuffers(2, buffers);
+}
+
 TEST_F(KNIRendererTest, UniformSettersSendTheirValues) {
     fullStrip();
     renderer.setColor(0, 0, 0, 1);
@@ -183,7 +212,7 @@ TEST_F(KNIRendererTest, UniformSettersSendTheirValues) {
     };
     renderer.draw();
     EXPECT_PIXEL_NEAR(pixel(32, 32), 0x004080FFu, 1);
-    // One to four components; anything else is logged and sends nothing.
+    // One to four components; anything else sends nothing, nor do null values.
     glUseProgram(renderer.program());
     float values[4] = {0.1f, 0.2f, 0.3f, 0.4f};
     renderer.setShaderUniformVector("uTextureMix", values, 1, 1);
@@ -195,14 +224,15 @@ TEST_F(KNIRendererTest, UniformSettersSendTheirValues) {
                  {0.1f, 0.3f, 0.4f});
 }
 
-TEST_F(KNIRendererTest, BadInputAndMissingPiecesAreSkipped) {
-    KNIRenderer bare;  // no program: setters do nothing
+TEST_F(KNIRendererTest, BadInputAndMissingPiecesAreSkippedAndLoggedOncePerCause) {
+    KNIRenderer bare;  // no program: setters do nothing, silently, whatever the name
     bare.initialize(kWidth, kHeight);
     bare.setMesh(&renderer.mesh);
     setQuad(renderer.mesh, 0, 0, 64, 64);
     LogCapture log;
     GLCallCounter calls;
     bare.setShaderArrayMeshVertex("aPosition");
+    bare.setShaderArrayMeshVertex(nullptr);
     bare.setShaderUnifromTexture("uTexA", 1);
     bare.draw();
     EXPECT_EQ(std::pair(calls.count("glVertexAttribPointer"), calls.count("glActiveTexture")),
@@ -211,25 +241,27 @@ TEST_F(KNIRendererTest, BadInputAndMissingPiecesAreSkipped) {
     renderer.extra = [](QuadRenderer& r) {
         r.setShaderArrayMeshColor("aColor");  // empty arrays are skipped silently
         r.setShaderArrayMeshCustom("aCustom");
-        r.setShaderArrayMeshVertex(nullptr);  // null names and data are logged
-        r.setShaderArrayVector("aTexUV", nullptr, 2);
+        r.setShaderArrayMeshVertex(nullptr);  // names and vectors GL would read are checked
         r.setVec2UniformValue("uBlue", nullptr);
-        r.setShaderUniformMVPMatrix(nullptr);  // every setter checks its name
+        r.setShaderUniformMVPMatrix(nullptr);
         r.setShaderUnifromTexture(nullptr, 1);
         r.setShaderUniformValue(nullptr, 1);
         r.setShaderUnformColor(nullptr);
     };
     renderer.draw();
-    EXPECT_EQ(calls.count("glVertexAttribPointer"), 2);  // position and UV of the renderer
+    renderer.draw();                                     // not every frame
+    EXPECT_EQ(calls.count("glVertexAttribPointer"), 4);  // position and UV of the renderer
+    EXPECT_EQ(log.messages().size(), 2u);                // a null name, a null vector
     renderer.extra = nullptr;
     renderer.convertModelMatrix(nullptr);
-    renderer.setCustomDrawElement(nullptr, 3, GL_TRIANGLES);
     renderer.createShaderProgram(nullptr, "");
-    EXPECT_EQ(log.messages().size(), 10u);
+    EXPECT_EQ(log.messages().size(), 4u);
     EXPECT_NE(renderer.program(), 0u);
 
-    // Draws that would read past the bound arrays are skipped, as is one without a mesh.
+    // Draws that would read past the shortest bound array (4 UVs for 5 positions) are
+    // skipped, as is one without a mesh.
     GLCallCounter draws;
+    renderer.mesh.vertex.push_back({0, 0, 0});
     renderer.mesh.index = {0, 1, 2, 4};
     renderer.setDrawElementsWithOption(GL_TRIANGLE_STRIP);
     renderer.draw();
@@ -238,9 +270,10 @@ TEST_F(KNIRendererTest, BadInputAndMissingPiecesAreSkipped) {
     KNIRenderer meshless;
     meshless.initialize(kWidth, kHeight);
     meshless.draw();
+    meshless.draw();
     EXPECT_EQ(std::pair(draws.count("glDrawElements"), draws.count("glDrawArrays")),
               std::pair(0, 0));
-    EXPECT_EQ(log.messages().size(), 13u);
+    EXPECT_EQ(log.messages().size(), 6u);
 }
 
 TEST_F(KNIRendererTest, ALostContextIsForgottenAndRebuiltAfresh) {

@@ -37,8 +37,8 @@ class RecordingScene : public KNISceneComponent {
     void sensorEvent(int type, float x, float y, float z) override {
         note("sensor", {type, static_cast<int>(x), static_cast<int>(y), static_cast<int>(z)});
     }
-    void setTexture(const char* name) override { note(std::string("tex:") + name); }
-    void setTextureColor(const char* name) override { note(std::string("color:") + name); }
+    void setTexture(const char* name) override { note(std::string("tex:") + text(name)); }
+    void setTextureColor(const char* name) override { note(std::string("color:") + text(name)); }
     void resetScene() override { note("reset"); }
     int isEmptyScene() override {
         note("empty");
@@ -46,6 +46,7 @@ class RecordingScene : public KNISceneComponent {
     }
 
   private:
+    static const char* text(const char* name) { return name != nullptr ? name : "null"; }
     void note(const std::string& hook, std::initializer_list<int> values = {}) {
         std::string entry = mName + "." + hook + "(";
         for (int value : values) {
@@ -202,7 +203,7 @@ TEST_F(KNISceneComponentTest, ChildrenMayChangeTheirParentsListDuringADispatch) 
     EXPECT_EQ(take(), (Journal{"late.draw()"}));
 }
 
-TEST_F(KNISceneComponentTest, TouchDownGoesFirstArgumentsAreReorderedAndBadInputIsDropped) {
+TEST_F(KNISceneComponentTest, TouchDownGoesFirstArgumentsAreReorderedAndNullsArePassedOn) {
     root.addSceneLayer(&shown);
     int xs[] = {11, 12}, ys[] = {21, 22};
     root.onTouchEvent(0, 7, 2, xs, ys);
@@ -210,18 +211,23 @@ TEST_F(KNISceneComponentTest, TouchDownGoesFirstArgumentsAreReorderedAndBadInput
                                "shown.touch(2,0,7)"}));
     EXPECT_EQ(shown.lastXs, xs);  // passed on, not copied
     LogCapture log;
-    root.addSceneLayer(nullptr);
+    root.addSceneLayer(nullptr);  // null is added as given and removed the same way
     root.removeMaskLayer(nullptr);
+    root.onDrawScene();
+    EXPECT_TRUE(log.messages().empty());
+    root.addSceneLayer(nullptr);  // a null layer left in the list is passed over, logged once
     root.addMaskLayer(0, &journal);
-    root.onSetTextureEvent(nullptr);
+    root.onSetTextureEvent(nullptr);  // null names reach every hook as given
     root.onSetTextureColorEvent(nullptr);
+    root.onTouchEvent(0, 1, 2, nullptr, nullptr);  // no position to read: only touchDown skipped
     root.onTouchEvent(0, 1, 2, nullptr, nullptr);
-    EXPECT_EQ(log.messages().size(), 6u);
+    EXPECT_EQ(log.messages().size(), 4u);  // the null layer, kind 0 as a mask, two touch downs
     // Null arrays are fine when nothing reads them, and the tree is intact.
     root.onTouchEvent(1, 1, 2, nullptr, nullptr);
-    root.onDrawScene();
-    EXPECT_EQ(take(),
-              (Journal{"root.touch(2,1,1)", "shown.touch(2,1,1)", "root.draw()", "shown.draw()"}));
+    EXPECT_EQ(take(), (Journal{"root.draw()", "shown.draw()", "root.tex:null()", "shown.tex:null()",
+                               "root.color:null()", "shown.color:null()", "root.touch(2,0,1)",
+                               "shown.touch(2,0,1)", "root.touch(2,0,1)", "shown.touch(2,0,1)",
+                               "root.touch(2,1,1)", "shown.touch(2,1,1)"}));
 }
 
 }  // namespace

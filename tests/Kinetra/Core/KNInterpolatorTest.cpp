@@ -64,9 +64,11 @@ TEST(KNInterpolator, WorkedValuesJumpsAndProgressOutsideTheRange) {
     EXPECT_NEAR(SineInOut50::getInterpolation(0.4999f), 0.628f, 1e-3f);
     EXPECT_NEAR(SineInOut90::getInterpolation(0.3999f), 0.72f, 1e-3f);
     EXPECT_NEAR(SineInOut90::getInterpolation(0.5999f), 0.905f, 1e-3f);
-    // Below zero or NaN: logged, taken as zero. A huge progress does not overflow the index.
+    // Below zero or NaN: taken as zero, logged once per curve (curves run every frame). A huge
+    // progress does not overflow the index.
     LogCapture log;
     EXPECT_EQ(QuintOut80::getInterpolation(-0.25f), 0.04f);
+    EXPECT_EQ(QuintOut80::getInterpolation(-0.5f), 0.04f);
     EXPECT_EQ(SineInOut90::getInterpolation(-3.0f), 0.0f);
     EXPECT_EQ(SineInOut60::getInterpolation(NAN), 0.0f);
     SineInOut80::getInterpolation(1e30f);

@@ -45,14 +45,17 @@ TEST(KNMVPManager, FourLanePathsMatchTheScalarFormulasBitForBit) {
     std::mt19937 random(7);
     for (int round = 0; round < 200; ++round) {
         const Matrix a = randomMatrix(random), b = randomMatrix(random);
-        Matrix expected, product, left = a, right = b;
+        Matrix expected, product, left = a, right = b, scalarLeft = a, scalarRight = b;
         qam::lanes::multiplyScalar(expected.m, a.m, b.m);
         KNMVPManager::multiplyMatrix(product, a, b);
         KNMVPManager::multiplyMatrix(left, left, b);  // written over either operand
         KNMVPManager::multiplyMatrix(right, a, right);
+        qam::lanes::multiplyScalar(scalarLeft.m, scalarLeft.m, b.m);
+        qam::lanes::multiplyScalar(scalarRight.m, a.m, scalarRight.m);
         ASSERT_EQ((std::vector<bool>{sameBits(product, expected), sameBits(left, expected),
-                                     sameBits(right, expected)}),
-                  std::vector<bool>(3, true));
+                                     sameBits(right, expected), sameBits(scalarLeft, expected),
+                                     sameBits(scalarRight, expected)}),
+                  std::vector<bool>(5, true));
         Matrix moved = a, movedScalar = a, scaled = a, scaledScalar = a;
         KNMVPManager::translateMatrix(moved, 1.5f, -0.3f, 7.1f);
         qam::lanes::translateScalar(movedScalar.m, 1.5f, -0.3f, 7.1f);

@@ -3,6 +3,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "Kinetra/Core/KNFBO.h"
 #include "tests/Kinetra/Core/CoreTestSupport.h"
 
 namespace {
@@ -112,11 +113,13 @@ TEST_F(KNTextureManagerTest, CoordinatesCropTheLastBackgroundRecordToTheScreen) 
     EXPECT_FLOAT_EQ(uv[1].x, 1.0f);  // 1080 x 1920 on 720 x 1280: the whole image
     manager.deleteTexture("bg");
     EXPECT_EQ(std::pair(manager.getTextureID("bg"), manager.getTextureID("x")), std::pair(4u, 3u));
-    // Names are kept to 127 characters and found again through the same cut.
+    // Names are kept to 127 characters; lookups compare whole names, so only the cut finds them.
     const std::string longName(200, 'n');
     manager.setTextureId(longName.c_str(), 9, 1, 1);
-    EXPECT_EQ(manager.getTextureID(longName.substr(0, 127).c_str()), 9u);
-    EXPECT_EQ(manager.getTextureID(longName.substr(0, 126).c_str()), 0u);
+    EXPECT_EQ((std::vector<unsigned>{manager.getTextureID(longName.c_str()),
+                                     manager.getTextureID(longName.substr(0, 127).c_str()),
+                                     manager.getTextureID(longName.substr(0, 126).c_str())}),
+              (std::vector<unsigned>{0, 9, 0}));
 }
 
 TEST_F(KNTextureManagerTest, ColourBuffersAreCopiedAndUploadedOnce) {
@@ -191,52 +194,77 @@ TEST_F(KNTextureManagerTest, MipmapsAverageTheImageAndCubeFacesGoWhereTold) {
     }
 }
 
-TEST_F(KNTextureManagerTest, BadInputIsDroppedWithALogLineEach) {
+// Null pixels give a texture of the size asked for, with the pending options, to render into.
+TEST_F(KNTextureManagerTest, NullPixelsMakeATextureOfThatSizeToRenderInto) {
+    manager.setTextureMagFilterOption(GL_NEAREST);
+    manager.setTextureWrapOption(GL_REPEAT);
+    const unsigned id = manager.setTexture("target", nullptr, 16, 8);
+    ASSERT_NE(id, 0u);
+    EXPECT_EQ(std::pair(texParameter(GL_TEXTURE_MIN_FILTER), texParameter(GL_TEXTURE_WRAP_T)),
+              std::pair(GLint{GL_NEAREST}, GLint{GL_REPEAT}));
+    EXPECT_EQ(manager.getTextureID("target"), id);
+    Kinetra::KNFBO fbo;  // its framebuffer, with the manager's texture as the colour instead
+    fbo.createFBOSurface(16, 8);
+    fbo.bindFBOSurface();
+    glFramebufferTexture2D(GL_FRAMEBUFFER, GL_COLOR_ATTACHMENT0, GL_TEXTURE_2D, id, 0);
+    ASSERT_EQ(glCheckFramebufferStatus(GL_FRAMEBUFFER),
+              static_cast<GLenum>(GL_FRAMEBUFFER_COMPLETE));
+    paint(kRed, -1, 0);
+    paint(kBlue, 0, 1);
+    EXPECT_EQ(std::pair(pixel(2, 4), pixel(13, 4)), std::pair(kRed, kBlue));
+    fbo.unbindFBOSurface(kWidth, kHeight);
+    EXPECT_EQ(corners(id), (Pixels{kRed, kBlue, kRed, kBlue}));
+}
+
+TEST_F(KNTextureManagerTest, OnlyInputItWouldReadUnboundedIsDroppedLoggedOncePerCause) {
     auto pixels = rgba({kRed});
     const unsigned id = upload("kept", pixels, 1, 1);
     manager.setTextureColor("buffer", pixels.data(), 1, 1);
     _TEXTURE_COLOR_BUFFER* buffer = manager.getTextureColor("buffer");
     UV shortArray(3, KNVector3D<float>{5, 5, 5});
-    manager.setTextureId("bg", 5, 1000, 1000);
 
+    // Odd but defined: empty sizes go to GL, unknown names find nothing, id 0 is registered
+    // as given, and without "bg" a short array is not touched.
     LogCapture log;
-    manager.setTextureWrapOption(GL_REPEAT);
-    EXPECT_EQ((std::vector<unsigned>{manager.setTexture(nullptr, pixels.data(), 1, 1),
-                                     manager.setTexture("none", nullptr, 1, 1),
-                                     manager.setTexture("none", pixels.data(), 0, 1),
-                                     manager.getTextureID(nullptr)}),
-              std::vector<unsigned>(4, 0));
-    manager.setTextureId(nullptr, 3, 1, 1);
-    manager.setTextureId("zero", 0, 1, 1);
-    manager.addTextureContext(nullptr, 3, 1, 1, false);
-    manager.setTextureColor(nullptr, pixels.data(), 1, 1);
-    manager.setTextureColor("buffer", nullptr, 1, 1);
-    manager.setTextureColor("buffer", pixels.data(), -1, 1);
-    EXPECT_EQ(manager.getTextureColor(nullptr), nullptr);
-    manager.CopyTextureContext(nullptr, buffer);
-    _TEXTURE_COLOR_BUFFER empty{}, tooSmall = makeBuffer(4, 4, 4, pixels);
-    EXPECT_EQ((std::vector<unsigned>{manager.generateTexture(nullptr, true),
-                                     manager.generateTexture(&empty, false),
-                                     manager.generateTexture(&tooSmall, false)}),
-              std::vector<unsigned>(3, 0));
-    manager.generateCubeTexture(buffer, GL_TEXTURE_2D, id);
-    manager.generateCubeTexture(buffer, GL_TEXTURE_CUBE_MAP_POSITIVE_X, 0);
-    manager.replaceTextureData(0, pixels.data(), 1, 1);
-    manager.replaceTextureData(id, nullptr, 1, 1);
-    manager.deleteTexture(nullptr);
+    _TEXTURE_COLOR_BUFFER empty{};
+    EXPECT_NE(manager.generateTexture(&empty, false), 0u);
+    EXPECT_NE(manager.setTexture("none", pixels.data(), 0, 1), 0u);
     manager.deleteTexture("unknown");
     manager.normalizeTextureCoord(shortArray, 720, 1280);
-    EXPECT_EQ(log.messages().size(), 22u);
+    manager.setTextureId("bg", 0, 1000, 1000);
+    UV uv(4);
+    manager.normalizeTextureCoord(uv, 720, 1280);
+    EXPECT_FLOAT_EQ(uv[0].x, 0.21875f);  // cropped by the size registered with id 0
+    EXPECT_TRUE(log.messages().empty());
+
+    // Null names, buffers and bytes it would read, and a buffer smaller than its size.
+    manager.setTextureWrapOption(GL_REPEAT);
+    for (int round = 0; round < 2; ++round) {
+        _TEXTURE_COLOR_BUFFER tooSmall = makeBuffer(4, 4, 4, pixels);
+        EXPECT_EQ(
+            (std::vector<unsigned>{
+                manager.setTexture(nullptr, pixels.data(), 1, 1), manager.getTextureID(nullptr),
+                manager.generateTexture(nullptr, true), manager.generateTexture(&tooSmall, false)}),
+            std::vector<unsigned>(4, 0));
+        free(tooSmall.pixels);
+        manager.setTextureId(nullptr, 3, 1, 1);
+        manager.addTextureContext(nullptr, 3, 1, 1, false);
+        manager.setTextureColor("buffer", nullptr, 1, 1);
+        manager.setTextureColor("buffer", pixels.data(), -1, 1);
+        EXPECT_EQ(manager.getTextureColor(nullptr), nullptr);
+        manager.CopyTextureContext(nullptr, buffer);
+        manager.deleteTexture(nullptr);
+        manager.normalizeTextureCoord(shortArray, 720, 1280);
+    }
+    EXPECT_EQ(log.messages().size(), 11u);
 
     // Nothing else changed: the records, the buffer, its pixels and the pending option.
     EXPECT_EQ(shortArray[0].x, 5);
-    EXPECT_EQ(std::pair(manager.getTextureID("kept"), manager.getTextureID("zero")),
-              std::pair(id, 0u));
+    EXPECT_EQ(manager.getTextureID("kept"), id);
     ASSERT_NE(buffer->pixels, nullptr);
     EXPECT_EQ(buffer->pixels[0], 0xFF);
     upload("wrapped", pixels, 1, 1);
     EXPECT_EQ(texParameter(GL_TEXTURE_WRAP_S), GL_REPEAT);
-    free(tooSmall.pixels);
 }
 
 }  // namespace

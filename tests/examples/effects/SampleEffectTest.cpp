@@ -24,6 +24,14 @@ TEST_P(SampleEffectsTest, ClearBringsTheBackgroundBackAndTheNextTouchIsAnsweredA
     EXPECT_GT(paintedPixels(press(), 8), 0);
 }
 
+// Held and at rest, frame after frame: nothing is logged (the fixture checks).
+TEST_P(SampleEffectsTest, SteadyFramesLogNothing) {
+    touch(kCx, kCy, 0);
+    frames(200);
+    touch(kCx, kCy, 1);
+    frames(200);
+}
+
 TEST_P(SampleEffectsTest, AfterALostContextTheNextTouchIsAnsweredAgain) {
     press();
     touch(kCx, kCy, 1);

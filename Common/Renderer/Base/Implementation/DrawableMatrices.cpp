@@ -28,11 +28,13 @@ glm::mat4 affineProduct(const glm::mat4& view, const glm::mat4& model) {
     glm::mat4 result(0.0f);
     for (int column = 0; column < 4; ++column) {
         for (int row = 0; row < 3; ++row) {
-            float sum = column == 3 ? view[3][row] : 0.0f;
-            for (int k = 0; k < 3; ++k) {
+            float sum = view[0][row] * model[column][0];
+            for (int k = 1; k < 3; ++k) {
                 sum += view[k][row] * model[column][k];
             }
-            result[column][row] = sum;
+            // The model's bottom row is taken as (0, 0, 0, 1): the view's translation comes
+            // last, as in the full product.
+            result[column][row] = column == 3 ? sum + view[3][row] : sum;
         }
     }
     result[3][3] = 1.0f;

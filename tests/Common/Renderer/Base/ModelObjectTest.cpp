@@ -103,9 +103,9 @@ TEST(ModelObjectTest,
     EXPECT_TRUE(drawable.mPositions3.empty() && drawable.mIndices.empty());
 }
 
-// Buffers that do not hold the model their header declares: nothing is read past the end,
-// each operation logs one line, and fillDrawable leaves the model's lists empty.
-TEST(ModelObjectTest, BuffersShorterThanTheirModelAreRefused) {
+// Buffers that do not hold what fillDrawable reads: nothing is read past the end, the
+// model's lists are left empty, and each model says so once.
+TEST(ModelObjectTest, BuffersShorterThanWhatIsReadAreRefused) {
     const Bytes valid = modelFile(kQuad);
     Bytes wrapping = header(0x071C71C72u, 0);  // 36 N wraps to 32 in 32 bits
     Bytes hugeIndices = header(0, 0xFFFFFFFFu);
@@ -118,14 +118,44 @@ TEST(ModelObjectTest, BuffersShorterThanTheirModelAreRefused) {
         ModelObject model;
         bytes.shrink_to_fit();
         adopt(model, bytes);
-        model.scale(2);
         Drawable drawable = usedDrawable();
+        model.fillDrawable(drawable);
         model.fillDrawable(drawable);
         EXPECT_TRUE(drawable.mPositions3.empty() && drawable.mNormals.empty());
         EXPECT_TRUE(drawable.mTextureCoords.empty() && drawable.mIndices.empty());
         EXPECT_EQ(drawable.mMode, GLenum(GL_POINTS));  // nothing else was touched
         EXPECT_EQ(bytesOf(model), bytes);
-        EXPECT_EQ(log.messages().size(), bytes.empty() ? 2u : 3u);
+        EXPECT_EQ(log.messages().size(), 1u);
+    }
+
+    // Without indices the skipped block is not read: a model that ends before it is whole.
+    Mesh noIndices = kQuad;
+    noIndices.indices.clear();
+    Bytes bytes = modelFile(noIndices);
+    bytes.resize(bytes.size() - 4 * noIndices.positions.size());
+    ModelObject model;
+    adopt(model, bytes);
+    Drawable drawable = usedDrawable();
+    model.fillDrawable(drawable);
+    EXPECT_EQ(drawable.mTextureCoords, kQuad.coords);
+    EXPECT_TRUE(drawable.mIndices.empty());
+
+    // scale reads the positions only: cut after them a model is scaled, cut inside them it
+    // is left as it was.
+    Mesh doubled = kQuad;
+    for (vec3& position : doubled.positions) {
+        position *= 2.0f;
+    }
+    const Bytes scaled = modelFile(doubled);
+    const size_t positionsEnd = 8 + 12 * kQuad.positions.size();
+    for (size_t length : {positionsEnd, positionsEnd - 1}) {
+        LogCapture log;
+        ModelObject cut;
+        adopt(cut, Bytes(valid.begin(), valid.begin() + length));
+        cut.scale(2);
+        const Bytes& expected = length == positionsEnd ? scaled : valid;
+        EXPECT_EQ(bytesOf(cut), Bytes(expected.begin(), expected.begin() + length)) << length;
+        EXPECT_EQ(log.messages().size(), length == positionsEnd ? 0u : 1u);
     }
 }
 

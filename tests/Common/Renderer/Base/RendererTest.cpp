@@ -144,21 +144,36 @@ TEST_F(RendererTest, BlendingAndColorMaskShapeWhatIsDrawn) {
     EXPECT_PIXEL_NEAR(pixel(32, 32), 0x80000080u, 1);  // red kept from before
 }
 
-TEST_F(RendererTest, BadInputIsDroppedWithOneLineEach) {
+// Null data is kept (GL allocates the buffer; the pointers can be set later) and a drawable
+// without positions is drawn all the same. Only what GL or the draw would read through a
+// null pointer is skipped, with one line per cause however often it is drawn.
+TEST_F(RendererTest, NullDataIsKeptAndOnlyNullReadsAreSkippedWithOneLineEach) {
     LogCapture log;
     Drawable drawable;
     drawable.mDimension = 2;
-    drawable.mIndices = {0, 1, 2};  // indices, but no positions to index
+    drawable.mIndices = {0, 1, 2};  // the lower-left half; no positions yet
     Renderer renderer(program(kFlatVertex, kFlatFragment), drawable);
-    EXPECT_EQ(renderer.addAttribute("aPosition", nullptr, 2, false), -1);
-    EXPECT_EQ(renderer.addUniform("uColor", nullptr, Uniform::kVec4, 1), -1);
+    EXPECT_EQ(renderer.addAttribute("aPosition", nullptr, 2, false), 0);
+    EXPECT_EQ(renderer.addUniform("uColor", nullptr, Uniform::kVec4, 1), 0);
     EXPECT_EQ(renderer.addTexture("uColor", nullptr), -1);
-    renderer.setDrawable(nullptr);
-    EXPECT_EQ(renderer.mDrawable, &drawable);
     GLCallCounter calls;
     renderer.draw();
-    EXPECT_EQ(calls.count("glDrawElements"), 0);
-    EXPECT_EQ(log.messages().size(), 5u);
+    renderer.draw();
+    EXPECT_EQ(calls.count("glDrawElements"), 2);
+
+    drawable.mPositions2 = strip().mPositions2;
+    renderer.mAttributes[0]->mData = drawable.mPositions2.data();
+    renderer.mUniforms[0]->mData = &kRed;
+    renderer.draw();
+    EXPECT_EQ(pixel(8, 8), 0xFF0000FFu);
+    EXPECT_EQ(pixel(56, 56), 0x00000000u);
+
+    renderer.setDrawable(nullptr);
+    EXPECT_EQ(renderer.mDrawable, nullptr);
+    renderer.draw();
+    renderer.draw();
+    EXPECT_EQ(calls.count("glDrawElements"), 3);
+    EXPECT_EQ(log.messages().size(), 2u);  // the uniform's value, the drawable
 }
 
 TEST_F(LightRendererTest, LitQuadShowsPhongAtItsCentre) {
