@@ -3,14 +3,10 @@
 #include <cmath>
 
 #include "Common/Platform/Log.h"
+#include "Common/Platform/Truncation.h"
 
 namespace vi {
 namespace {
-
-// Whether truncating `x` to an int is defined; NaN is not.
-bool fitsInt(float x) {
-    return x >= -2147483648.0f && x < 2147483648.0f;
-}
 
 unsigned char toByte(float y) {
     if (y > 255.0f || std::isnan(y)) {
@@ -61,7 +57,7 @@ void Curves::calculateChannel(const glm::vec2* points, int count, CHANNELS chann
     for (int k = 1; k < count; ++k) {
         const glm::vec2 from = points[k - 1];
         const glm::vec2 to = points[k];
-        if (!fitsInt(from.x) || !fitsInt(to.x + 1.0f)) {
+        if (!qam::truncatesToInt(from.x) || !qam::truncatesToInt(to.x + 1.0f)) {
             qam::logErrorOnce(this, "Curves: segment %g..%g of channel %d has no levels, skipped",
                               from.x, to.x, channel);
             continue;

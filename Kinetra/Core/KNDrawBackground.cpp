@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "Common/Platform/Log.h"
+#include "Common/Platform/Truncation.h"
 #include "Kinetra/Core/KNTextureManager.h"
 #include "embedded/Kinetra/Core/KNDrawBackground.frag.h"
 #include "embedded/Kinetra/Core/KNDrawBackground.vert.h"
@@ -15,7 +16,7 @@ namespace {
 
 // The surface size in whole pixels; 0 for what no int holds (converting it is undefined).
 int wholePixels(float size) {
-    return size > -2147483648.0f && size < 2147483648.0f ? static_cast<int>(size) : 0;
+    return qam::truncatesToInt(size) ? static_cast<int>(size) : 0;
 }
 
 }  // namespace

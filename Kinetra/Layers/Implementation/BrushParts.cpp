@@ -1,17 +1,9 @@
 #include "Kinetra/Layers/Implementation/BrushParts.h"
 
 #include "Common/Platform/Log.h"
+#include "Common/Platform/Truncation.h"
 
 namespace qam {
-
-namespace {
-
-// Whether (int)length is defined: NaN fails both comparisons.
-bool truncatesToInt(float length) {
-    return length >= -2147483648.0f && length < 2147483648.0f;
-}
-
-}  // namespace
 
 bool wholePixels(const void* object, float width, float height, const char* caller) {
     if (truncatesToInt(width) && truncatesToInt(height)) {
