@@ -14,7 +14,6 @@
 namespace {
 
 std::string gCalls;
-int gAlive = 0;
 
 void record(const std::string& call) {
     gCalls += call + "\n";
@@ -56,7 +55,6 @@ class RecordingEffect : private RecordingAnimations, public vi::Effect {
   public:
     RecordingEffect() : Effect(&mAnimations) {
         makeCurrent();
-        ++gAlive;
         record("create");
         mResourceNames = {"bg", "noise", "mask"};
         mFlat = std::make_unique<FlatColour>();
@@ -65,7 +63,6 @@ class RecordingEffect : private RecordingAnimations, public vi::Effect {
     ~RecordingEffect() override {
         record("destroy");
         mFlat.reset();
-        --gAlive;
     }
 
     void onClear() override { record("onClear"); }
@@ -119,9 +116,5 @@ __attribute__((visibility("default"))) const char* recordingEffectCalls() {
 
 __attribute__((visibility("default"))) void recordingEffectReset() {
     gCalls.clear();
-}
-
-__attribute__((visibility("default"))) int recordingEffectCount() {
-    return gAlive;
 }
 }

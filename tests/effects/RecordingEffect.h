@@ -5,6 +5,4 @@ extern "C" {
 // Every hook call since the last reset, one per line, e.g. "onTouchDown 0.5 0.25".
 const char* recordingEffectCalls();
 void recordingEffectReset();
-// How many recording effects are alive.
-int recordingEffectCount();
 }

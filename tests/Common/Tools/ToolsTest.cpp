@@ -6,14 +6,10 @@
 #include <vector>
 
 #include "Common/Platform/AssetDirectory.h"
-#include "Common/Renderer/Base/Renderer.h"
-#include "Common/Renderer/Base/ShaderProgram.h"
 #include "Common/Tools/Curves.h"
 #include "Common/Tools/File.h"
 #include "Common/Tools/Profiler.h"
-#include "tests/support/GLTest.h"
-#include "tests/support/LogCapture.h"
-#include "tests/support/TextureQuad.h"
+#include "tests/Common/Renderer/Base/RenderCoreFixture.h"
 
 namespace {
 
@@ -23,21 +19,13 @@ using vi::File;
 using vi::Profiler;
 using Points = std::vector<vec2>;
 
-class CurvesTest : public qam::test::GLTest {
+class CurvesTest : public qam::test::RenderCoreTest {
   protected:
-    void SetUp() override {
-        GLTest::SetUp();
-        vi::Texture::mAllTextures = &mTextures;
-    }
-    void TearDown() override { vi::Texture::mAllTextures = mSaved; }
     // Byte `channel` (0 red .. 3 alpha) of table entry `level`.
     static int entry(Curves& curves, int level, int channel) {
         return static_cast<const unsigned char*>(
             curves.getTexture()->getBuffer())[level * 4 + channel];
     }
-
-    std::vector<vi::Texture*> mTextures;
-    std::vector<vi::Texture*>* mSaved = vi::Texture::mAllTextures;
 };
 
 // Each segment between two points uses them as its outer control points too, so
@@ -61,66 +49,37 @@ TEST_F(CurvesTest, SegmentsFollowTheCatmullRomFormula) {
         for (auto [level, byte] : c.entries) {
             EXPECT_EQ(entry(curves, level, Curves::GREEN), byte)
                 << "level " << level << " of a curve from " << c.points[0].x;
-            EXPECT_EQ((std::vector{entry(curves, level, Curves::RED),
-                                   entry(curves, level, Curves::BLUE), entry(curves, level, 3)}),
-                      std::vector(3, 0));  // other channels and alpha keep the zeroed table
         }
     }
 }
 
 // The table is a 1 x 256 RGBA texture uploaded again on every bind, so later edits show. A
 // one-pixel-wide viewport 256 rows high puts each of its lowest 64 rows on one texel centre.
-TEST_F(CurvesTest, LookupTextureSamplesBackAndFollowsLaterEdits) {
-    const Points red = {{0, 0}, {255, 255}}, green = {{0, 255}, {128, 30}, {255, 200}};
-    Curves curves(red.data(), 2, green.data(), 3, nullptr, 0);
-    EXPECT_EQ(mTextures, std::vector<vi::Texture*>{curves.getTexture()});
-    curves.getTexture()->allocate();
+TEST_F(CurvesTest, LookupTextureFollowsLaterEditsAndRecomputingReplacesIt) {
+    const Points ramp = {{0, 0}, {255, 255}}, green = {{0, 255}, {128, 30}, {255, 200}};
+    Curves curves(ramp.data(), 2, green.data(), 3, nullptr, 0);
+    std::unique_ptr<vi::Texture> first(curves.getTexture());  // the effect's to delete
+    first->allocate();
     // A flat blue curve written into the live table.
     curves.calculateCatmullRomPoint(0, Curves::kLevels, {0, 77}, {0, 77}, {255, 77}, {255, 77},
                                     Curves::BLUE);
-    qam::test::TextureQuad quad;
     glViewport(0, 0, 1, Curves::kLevels);
-    quad.use();
-    curves.getTexture()->bind(quad.sampler(), 0);
-    quad.draw();
+    show(*first);
     for (int level = 0; level < kHeight; ++level) {
         ASSERT_EQ(pixel(0, level), uint32_t(entry(curves, level, 0)) << 24 |
                                        uint32_t(entry(curves, level, 1)) << 16 | 77u << 8)
             << "level " << level;
     }
-}
 
-// Recomputing makes a new texture over the same table and leaves the first one alive in the
-// effect's list: a renderer that holds it still draws, showing the new table.
-TEST_F(CurvesTest, RecomputingReplacesTheTexture) {
-    const char* vertex =
-        "attribute vec2 aPosition; varying float vLevel;\n"
-        "void main() { vLevel = aPosition.y * 0.5 + 0.5; gl_Position = vec4(aPosition, 0, 1); }";
-    const char* fragment =
-        "precision mediump float; uniform sampler2D uTexture; varying float vLevel;\n"
-        "void main() { gl_FragColor = texture2D(uTexture, vec2(0.5, vLevel)); }";
-    const Points ramp = {{0, 0}, {255, 255}}, flat = {{0, 77}, {255, 77}};
-    Curves curves(ramp.data(), 2, nullptr, 0, flat.data(), 2);
-    std::unique_ptr<vi::Texture> first(curves.getTexture());  // the effect's to delete
-    auto* program = new vi::ShaderProgram(vertex, fragment, 0);
-    vi::Drawable quad;
-    quad.mMode = GL_TRIANGLE_STRIP;
-    quad.mDimension = 2;
-    quad.mPositions2 = {{-1, -1}, {1, -1}, {-1, 1}, {1, 1}};
-    {
-        vi::Renderer renderer(*program, quad);
-        renderer.addAttribute("aPosition", quad.mPositions2.data(), 2, true);
-        EXPECT_EQ(renderer.addTexture("uTexture", first.get()), 0);
-
-        // A curve of fewer than two points keeps its channel.
-        curves.calculateCatmullRomPoints(nullptr, 0, ramp.data(), 2, ramp.data(), 1);
-        EXPECT_NE(curves.getTexture(), first.get());
-        EXPECT_EQ(mTextures, (std::vector<vi::Texture*>{first.get(), curves.getTexture()}));
-        glViewport(0, 0, 1, Curves::kLevels);
-        renderer.draw();
-        EXPECT_PIXEL_NEAR(pixel(0, 32), 21u << 24 | 21u << 16 | 77u << 8, 1);  // level 32
-    }
-    program->destroy();
+    // Recomputing makes a new texture over the same table and leaves the first one alive in
+    // the effect's list: a renderer that holds it still draws, showing the new table. A curve
+    // of fewer than two points keeps its channel.
+    vi::Drawable quad = strip();
+    std::unique_ptr<vi::Renderer> renderer = flat(quad, qam::test::kRed, true, first.get());
+    curves.calculateCatmullRomPoints(nullptr, 0, ramp.data(), 2, ramp.data(), 1);
+    EXPECT_EQ(mTextures, (std::vector<vi::Texture*>{first.get(), curves.getTexture()}));
+    renderer->draw();
+    EXPECT_PIXEL_NEAR(pixel(0, 32), 21u << 24 | 21u << 16 | 77u << 8, 1);  // level 32
 }
 
 TEST_F(CurvesTest, SegmentsReachingOutsideTheTableAreDroppedWithOneLinePerCause) {
@@ -200,16 +159,13 @@ TEST(ProfilerTest, RecordsKeepCountTotalAndExtremesForAThousandIdsUntilCleared) 
               std::pair(1u, 0u));
 
     Profiler::clearStatistics();
-    EXPECT_EQ(Profiler::mCount, 1u);
-    EXPECT_EQ(record.name, std::string("frame"));
-    EXPECT_EQ(record.user, &user);
+    EXPECT_EQ(Profiler::mCount, 1u);  // registrations stay
     EXPECT_EQ((std::vector{record.count, record.total, record.max, record.min}),
               (std::vector{0u, 0u, 0u, 0xFFFFFFFFu}));
 
     for (unsigned id = 1; id < 1000; ++id) {
         ASSERT_EQ(Profiler::registrateId("more", nullptr), id);
     }
-    EXPECT_TRUE(log.messages().empty());
     EXPECT_EQ(Profiler::registrateId("late", &user), 1000u);
     EXPECT_EQ(Profiler::mCount, 1000u);
     EXPECT_TRUE(log.messages().empty());

@@ -18,8 +18,7 @@ class RecordingScene : public KNISceneComponent {
     std::function<void(const std::string&)> onHook;  // runs after each record, with the hook
     int* lastXs = nullptr;
     using KNISceneComponent::addMaskLayer;
-    int width() const { return mWidth; }
-    int height() const { return mHeight; }
+    std::pair<int, int> size() const { return {mWidth, mHeight}; }
 
   protected:
     void initScene(int w, int h) override { note("init", {w, h}); }
@@ -95,12 +94,12 @@ TEST_F(KNISceneComponentTest, InitResizeAndTexturesReachEveryChildAfterAnOpaqueB
     root.onInitScene(32, 16);
     const auto all = {"root", "shown", "hidden", "off", "frozen"};
     EXPECT_EQ(take(), each("init(32,16)", all));
-    EXPECT_EQ(std::pair(off.width(), off.height()), std::pair(32, 16));
+    EXPECT_EQ(off.size(), std::pair(32, 16));
     EXPECT_PIXEL_NEAR(pixel(50, 50), 0x000000FFu, 0);  // the clear ignores the viewport
     EXPECT_EQ(viewport(), (std::vector<GLint>{0, 0, 32, 16}));
     root.onSurfaceChanged(64, 48);
     EXPECT_EQ(take(), each("surface(64,48)", all));
-    EXPECT_EQ(std::pair(frozen.width(), frozen.height()), std::pair(64, 48));
+    EXPECT_EQ(frozen.size(), std::pair(64, 48));
     root.onSetTextureEvent("bg");
     EXPECT_EQ(take(), each("tex:bg()", all));
 
@@ -171,7 +170,6 @@ TEST_F(KNISceneComponentTest, IsEmptyStopsAtTheFirstNonZeroAnswerOfAVisibleScene
     grandchild.emptyAnswer = 8;
     EXPECT_EQ(root.isEmpty(), 8);
     EXPECT_EQ(take(), each("empty()", {"root", "shown", "grandchild"}));
-    EXPECT_EQ(KNISceneComponent().isEmpty(), 0);
 }
 
 TEST_F(KNISceneComponentTest, ChildrenMayChangeTheirParentsListDuringADispatch) {
@@ -211,10 +209,6 @@ TEST_F(KNISceneComponentTest, TouchDownGoesFirstArgumentsAreReorderedAndNullsAre
                                "shown.touch(2,0,7)"}));
     EXPECT_EQ(shown.lastXs, xs);  // passed on, not copied
     LogCapture log;
-    root.addSceneLayer(nullptr);  // null is added as given and removed the same way
-    root.removeMaskLayer(nullptr);
-    root.onDrawScene();
-    EXPECT_TRUE(log.messages().empty());
     root.addSceneLayer(nullptr);  // a null layer left in the list is passed over, logged once
     root.addMaskLayer(0, &journal);
     root.onSetTextureEvent(nullptr);  // null names reach every hook as given
@@ -224,10 +218,10 @@ TEST_F(KNISceneComponentTest, TouchDownGoesFirstArgumentsAreReorderedAndNullsAre
     EXPECT_EQ(log.messages().size(), 4u);  // the null layer, kind 0 as a mask, two touch downs
     // Null arrays are fine when nothing reads them, and the tree is intact.
     root.onTouchEvent(1, 1, 2, nullptr, nullptr);
-    EXPECT_EQ(take(), (Journal{"root.draw()", "shown.draw()", "root.tex:null()", "shown.tex:null()",
-                               "root.color:null()", "shown.color:null()", "root.touch(2,0,1)",
-                               "shown.touch(2,0,1)", "root.touch(2,0,1)", "shown.touch(2,0,1)",
-                               "root.touch(2,1,1)", "shown.touch(2,1,1)"}));
+    EXPECT_EQ(take(), (Journal{"root.tex:null()", "shown.tex:null()", "root.color:null()",
+                               "shown.color:null()", "root.touch(2,0,1)", "shown.touch(2,0,1)",
+                               "root.touch(2,0,1)", "shown.touch(2,0,1)", "root.touch(2,1,1)",
+                               "shown.touch(2,1,1)"}));
 }
 
 }  // namespace

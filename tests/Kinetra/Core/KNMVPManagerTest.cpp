@@ -46,23 +46,22 @@ TEST(KNMVPManager, FourLanePathsMatchTheScalarFormulasBitForBit) {
     for (int round = 0; round < 200; ++round) {
         const Matrix a = randomMatrix(random), b = randomMatrix(random);
         Matrix expected, product, left = a, right = b, scalarLeft = a, scalarRight = b;
+        Matrix moved = a, movedScalar = a, scaled = a, scaledScalar = a;
         qam::lanes::multiplyScalar(expected.m, a.m, b.m);
         KNMVPManager::multiplyMatrix(product, a, b);
         KNMVPManager::multiplyMatrix(left, left, b);  // written over either operand
         KNMVPManager::multiplyMatrix(right, a, right);
         qam::lanes::multiplyScalar(scalarLeft.m, scalarLeft.m, b.m);
         qam::lanes::multiplyScalar(scalarRight.m, a.m, scalarRight.m);
-        ASSERT_EQ((std::vector<bool>{sameBits(product, expected), sameBits(left, expected),
-                                     sameBits(right, expected), sameBits(scalarLeft, expected),
-                                     sameBits(scalarRight, expected)}),
-                  std::vector<bool>(5, true));
-        Matrix moved = a, movedScalar = a, scaled = a, scaledScalar = a;
         KNMVPManager::translateMatrix(moved, 1.5f, -0.3f, 7.1f);
         qam::lanes::translateScalar(movedScalar.m, 1.5f, -0.3f, 7.1f);
         KNMVPManager::scaleMatrix(scaled, 0.7f, -3.0f, 1e-3f);
         qam::lanes::scaleScalar(scaledScalar.m, 0.7f, -3.0f, 1e-3f);
-        ASSERT_EQ(std::pair(sameBits(moved, movedScalar), sameBits(scaled, scaledScalar)),
-                  std::pair(true, true));
+        ASSERT_EQ((std::vector<bool>{sameBits(product, expected), sameBits(left, expected),
+                                     sameBits(right, expected), sameBits(scalarLeft, expected),
+                                     sameBits(scalarRight, expected), sameBits(moved, movedScalar),
+                                     sameBits(scaled, scaledScalar)}),
+                  std::vector<bool>(7, true));
     }
 }
 
@@ -73,14 +72,12 @@ TEST(KNMVPManager, RotationTurnsClockwiseWithTheExactDegreeConstant) {
     // with the float nearest pi/180 it would be -4.37e-8.
     EXPECT_NEAR(mvp.getModelMatrix()[0][0], -1.6292068e-7f, 1e-12f);
     expectNear(mvp.getModelMatrix(), Matrix{{0, -1, 0, 0, 1, 0, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1}});
-    // About (1, 1, 0) by 90 degrees: x goes to (1, 1, sqrt 2) / 2, z to (-1, 1, 0) / sqrt 2.
+    // About (1, 1, 0), normalised, by 90 degrees: x goes to (1, 1, sqrt 2) / 2, z to (-1, 1, 0) /
+    // sqrt 2.
     Matrix tilted = kIdentity;
     KNMVPManager::rotateMatrix(tilted, 90, 1, 1, 0);
     expectMaps(tilted, {1, 0, 0}, {0.5f, 0.5f, 0.70710678f});
     expectMaps(tilted, {0, 0, 1}, {-0.70710678f, 0.70710678f, 0});
-    Matrix about = kIdentity;  // a non-unit axis is normalised
-    KNMVPManager::rotateMatrix(about, 180, 2, 0, 0);
-    expectMaps(about, {0, 1, 0}, {0, -1, 0});
 }
 
 TEST(KNMVPManager, DegenerateInputLeavesTheMatrixUnchanged) {
@@ -126,8 +123,6 @@ TEST(KNMVPManager, PerspectiveFrustumAndOrthoProjections) {
 
 TEST(KNMVPManager, LookAtBuildsTheViewAndOrthonormalisesUp) {
     KNMVPManager mvp;
-    mvp.setLookAt(0, 0, 1, 0, 0, 0, 0, 1, 0);
-    expectNear(mvp.getViewMatrix(), Matrix{{1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, -1, 1}}, 0);
     mvp.setLookAt({0, 0, 5}, {0, 0, 0}, {0, 2, 1});  // an up vector leaning towards the eye
     EXPECT_NEAR(mvp.getCameraUp().y, 1, 1e-6);
     EXPECT_NEAR(mvp.getCameraUp().z, 0, 1e-6);
@@ -149,7 +144,6 @@ TEST(KNMVPManager, ModelScalesThenRotatesThenTranslatesAndProductsAreProjViewMod
     mvp.setLookAt(0, 0, 1, 0, 0, 0, 0, 1, 0);
     // One unit behind the eye maps to the far plane.
     expectMaps(mvp.getMVPMatrix(), {1, 0, 0}, {0.5f, -0.1f, 1});
-    expectMaps(mvp.getMVMatrix(), {1, 0, 0}, {10, -2, -1}, 1e-5f);
     expectMaps(mvp.getViewProjMatrix(), {10, -2, 0}, {0.5f, -0.1f, 1});
     // A camera that turns does not commute with the model: the model moves the origin to
     // (10, 0, 0) first, seven units behind an eye at (3, 0, 0) looking at the origin.

