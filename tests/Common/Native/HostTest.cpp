@@ -283,8 +283,11 @@ TEST_F(RunningHostTest, AfterALostContextRenderersDrawWithTheNewProgramsLocation
     program->destroy();
 }
 
-// Java's input thread queues touches and pauses the clock while the GL thread draws.
-TEST_F(RunningHostTest, TouchesFromAnotherThreadArriveOnceAndInOrder) {
+// Java's input thread queues touches and pauses the clock while the GL thread draws. The
+// suite's name is what make test runs under ThreadSanitizer.
+using HostThreadsTest = RunningHostTest;
+
+TEST_F(HostThreadsTest, TouchesFromAnotherThreadArriveOnceAndInOrder) {
     constexpr int kTouches = 2000;
     std::thread input([this] {
         for (int i = 0; i < kTouches; ++i) {
