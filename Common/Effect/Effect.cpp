@@ -8,8 +8,8 @@
 #include <ctime>
 
 #include "Common/Effect/Timer.h"
-#include "Common/Native/HostState.h"
 #include "Common/Platform/Log.h"
+#include "Common/Registries/Registries.h"
 #include "Common/Renderer/Base/Drawable.h"
 #include "Common/Renderer/Base/RenderableTexture.h"
 #include "Common/Renderer/Base/Renderer.h"
@@ -57,7 +57,7 @@ Effect::Effect(IAnimationManager* animationManager)
       mBackgroundTexture(nullptr),
       mEglContext(eglGetCurrentContext()) {
     srand(static_cast<unsigned>(time(nullptr)));
-    mTextures = &qam::host::gTextureMap[mEglContext];
+    mTextures = &qam::registries::gTextureMap[mEglContext];
     // Textures loaded for an earlier effect on this context are this one's too.
     for (const auto& entry : *mTextures) {
         Texture* texture = entry.second;  // null: a removed texture's name
@@ -66,10 +66,12 @@ Effect::Effect(IAnimationManager* animationManager)
             mTextureList.push_back(texture);
         }
     }
+    qam::registries::addLiveEffect(this);
 }
 
 Effect::~Effect() {
     qam::forgetLoggedOnce(this);
+    qam::registries::removeLiveEffect(this);
     delete mErrorTexture;
     if (mAnimationManager != nullptr) {
         mAnimationManager->stopAll();

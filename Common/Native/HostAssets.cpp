@@ -60,6 +60,7 @@ void Host::loadTexture(EffectSlot& slot, const char* name, int32_t* pixels, size
     enterInstanceAndNotify(effect);
     Texture*& entry = (*effect.mTextures)[name];
     if (pixels == nullptr) {
+        forgetSharedTexture(entry);  // other instances and the pending holder may list it too
         delete entry;
         entry = nullptr;  // the name stays, with no texture
         return;

@@ -1,7 +1,5 @@
 #include <GLES2/gl2.h>
 
-#include <memory>
-
 #include "Common/Native/Host.h"
 #include "Common/Native/HostLock.h"
 #include "Common/Native/InstanceEntry.h"
@@ -73,11 +71,11 @@ void Host::drawBgOnly(EffectSlot& slot, int width, int height) {
         qam::logErrorOnce(&effect, "drawBgOnly: no background and no error texture, nothing drawn");
         return;
     }
-    auto background = std::make_unique<Background>(*texture);
-    background->setScreenSize(static_cast<unsigned>(width), static_cast<unsigned>(height));
-    background->renderFrame();
-    lock.unlock();
-    background.reset();
+    // Made after the lock, so destroyed before it lets go: its renderer and program leave the
+    // registries' lists, which another thread's entry may walk as soon as the mutex is free.
+    Background background(*texture);
+    background.setScreenSize(static_cast<unsigned>(width), static_cast<unsigned>(height));
+    background.renderFrame();
 }
 
 }  // namespace vi

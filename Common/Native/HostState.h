@@ -2,21 +2,15 @@
 
 #include <pthread.h>
 
-#include <map>
-#include <string>
-
 #include "Common/Effect/Effect.h"
 #include "Common/Effect/EventHolder.h"
+#include "Common/Registries/Registries.h"
 
-// The host's process-wide state, built by the library's static initialisation in this order.
+// The host's own process-wide state; what outlives effects is in the registries.
 namespace qam::host {
 
-// Textures loaded from Java, per EGL context, shared by every effect made on that context.
-extern std::map<void*, vi::Effect::TextureMap> gTextureMap;
-// Collects the events that arrive while a Java instance has no effect.
-extern vi::EventHolder gPendingHolder;
-// Parameters from Java, replayed by every init until destroy.
-extern std::map<int, float> gParameters;
+using namespace qam::registries;
+
 // Held for the whole run of every entry point but pause and resume.
 extern pthread_mutex_t gHostMutex;
 

@@ -2,6 +2,7 @@
 #include <dlfcn.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cstdio>
 #include <memory>
 #include <sstream>
@@ -142,8 +143,8 @@ class RunningHostTest : public HostTest {
     }
     // Forgets every texture loaded for the fixture's context, so tests start clean.
     void TearDown() override {
-        for (const auto& [name, loaded] : *effect()->mTextures) {
-            delete loaded;
+        for (const auto& entry : *effect()->mTextures) {
+            Host::loadTexture(mSlot, entry.first.c_str(), nullptr, 0, 0, 0);
         }
         effect()->mTextures->clear();
         HostTest::TearDown();
@@ -236,6 +237,29 @@ TEST_F(RunningHostTest, BackgroundOnlyDrawsTheBgTextureOrWarnsEachTime) {
     EXPECT_EQ(pixel(56, 8), 0xFFFFFFFFu);
 }
 
+// Both instances list the shared "bg"; removed through one, it leaves the other's list and
+// "bg" cache too, so neither draws from freed memory and a new "bg" is found again.
+TEST_F(RunningHostTest, ATextureRemovedThroughAnotherInstanceLeavesEveryListAndCache) {
+    int32_t red[1] = {int32_t(0xFFFF0000u)};
+    Host::loadTexture(mSlot, "bg", red, 1, 1, 1);
+    Host::drawBgOnly(mSlot, kWidth, kHeight);  // caches it
+    const vi::Texture* removed = texture("bg");
+    vi::HostInstance other;
+    Calls names;
+    ASSERT_TRUE(Host::loadEffect(other, RECORDING_EFFECT_PATH, names));
+    Host::loadTexture(other, "bg", nullptr, 0, 0, 0);
+    const auto& list = effect()->mTextureList;
+    EXPECT_EQ(std::find(list.begin(), list.end(), removed), list.end());
+    EXPECT_EQ(effect()->mBackgroundTexture, nullptr);
+
+    int32_t green[1] = {int32_t(0xFF00FF00u)};
+    Host::loadTexture(other, "bg", green, 1, 1, 1);
+    Host::draw(mSlot);
+    Host::drawBgOnly(mSlot, kWidth, kHeight);
+    EXPECT_EQ(pixel(32, 32), 0x00FF00FFu);
+    Host::destroy(other);
+}
+
 TEST_F(RunningHostTest, ModelsAreParsedIntoTheEffectsMapAndRemovedByName) {
     const unsigned char model[44] = {1};  // one vertex, no indices: 8 + 36 bytes
     Host::loadModel(mSlot, "cube", model, sizeof model);
@@ -312,6 +336,32 @@ TEST_F(HostThreadsTest, TouchesFromAnotherThreadArriveOnceAndInOrder) {
         }
     }
     EXPECT_EQ(next, kTouches);
+}
+
+// A second surface, on its own thread and context, draws only its background while the first
+// draws frames: the temporary background leaves the registries inside the mutex.
+TEST_F(HostThreadsTest, ABackgroundDrawnOnAnotherThreadLeavesTheRegistriesInsideTheMutex) {
+    std::atomic<bool> done{false};
+    std::thread second([&done] {
+        qam::HeadlessContext context(kWidth, kHeight);
+        context.makeCurrent();
+        vi::HostInstance slot;
+        Calls names;
+        ASSERT_TRUE(Host::loadEffect(slot, RECORDING_EFFECT_PATH, names));
+        Host::init(slot, kWidth, kHeight, false);
+        int32_t grey[1] = {int32_t(0xFF808080u)};
+        Host::loadTexture(slot, "bg", grey, 1, 1, 1);
+        for (int frame = 0; frame < 300; ++frame) {
+            Host::drawBgOnly(slot, kWidth, kHeight);
+        }
+        Host::loadTexture(slot, "bg", nullptr, 0, 0, 0);
+        Host::destroy(slot);
+        done = true;
+    });
+    while (!done) {
+        Host::draw(mSlot);
+    }
+    second.join();
 }
 
 }  // namespace
