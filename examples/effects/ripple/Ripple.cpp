@@ -142,8 +142,9 @@ class Ripple : private RippleAnimations, public vi::Effect {
     }
 
   private:
-    float width() const { return mScreenSizeF.x; }
-    float height() const { return mScreenSizeF.y; }
+    // init takes any size; a negative one is an empty surface.
+    float width() const { return std::max(mScreenSizeF.x, 0.0f); }
+    float height() const { return std::max(mScreenSizeF.y, 0.0f); }
 
     void send(float speed) {
         if (mWaves.size() == kMostWaves) {

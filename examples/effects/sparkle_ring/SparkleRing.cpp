@@ -143,8 +143,9 @@ class SparkleRing : private SparkleAnimations, public vi::Effect {
     }
 
   private:
-    float width() const { return mScreenSizeF.x; }
-    float height() const { return mScreenSizeF.y; }
+    // init takes any size; a negative one is an empty surface.
+    float width() const { return std::max(mScreenSizeF.x, 0.0f); }
+    float height() const { return std::max(mScreenSizeF.y, 0.0f); }
 
     void fadeGlow(float to, float seconds) {
         const float from = mGlow.value();

@@ -164,8 +164,9 @@ class Watercolour : private WatercolourAnimations, public vi::Effect {
         mDrying = kDryingFrames;
     }
 
-    float width() const { return mScreenSizeF.x; }
-    float height() const { return mScreenSizeF.y; }
+    // init takes any size; a negative one is an empty surface.
+    float width() const { return std::max(mScreenSizeF.x, 0.0f); }
+    float height() const { return std::max(mScreenSizeF.y, 0.0f); }
 
     // Every GL object for the screen size: frame-buffer objects, layers, images.
     void build() {
