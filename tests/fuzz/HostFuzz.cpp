@@ -6,6 +6,7 @@
 //
 // Input: one mode byte (bit 0: every live instance also draws after each call), then calls of
 // one opcode byte and its argument bytes; missing bytes read as 0.
+#include <EGL/egl.h>
 #include <dlfcn.h>
 
 #include <algorithm>
@@ -272,12 +273,21 @@ void reset() {
     }
 }
 
+// Java loads the library on its GL thread, so the pending holder shares the texture map of the
+// context current then: here the first one, as each program starts.
+void start() {
+    world().first.makeCurrent();
+    vi::Effect& pending = qam::registries::gPendingHolder;
+    pending.mEglContext = eglGetCurrentContext();
+    pending.mTextures = &qam::registries::gTextureMap[pending.mEglContext];
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     Program program(data, size);
     const bool drawAfterEachCall = program.byte() & 1;
-    world().first.makeCurrent();
+    start();
     while (!program.done()) {
         call(program);
         checkRegistries();
