@@ -31,7 +31,9 @@ for target in "${targets[@]}"; do
     echo "fuzz: $target for ${seconds[$target]} s" >&2
     # close_fd_mask=2: the library's log lines for refused inputs would drown the run;
     # libFuzzer and the sanitizers still report on their own copy of stderr.
-    "$build/tests/fuzz/${target}Fuzz" -max_total_time="${seconds[$target]}" -timeout=60 -close_fd_mask=2 \
+    # A fixed seed, so the verdict depends on the tree and not on luck (FUZZ_SEED=0: a new one).
+    "$build/tests/fuzz/${target}Fuzz" -max_total_time="${seconds[$target]}" -timeout=60 \
+        -seed="${FUZZ_SEED:-1}" -close_fd_mask=2 \
         -artifact_prefix="$build/fuzz-artifacts/$target-" "$work/$target"
 done
 # set -e stopped the script at any finding; reaching here means every target ran clean.
