@@ -10,7 +10,7 @@ root=$(cd "$(dirname "$0")/.." && pwd)
 build=$(realpath -m "${1:-$root/build-fuzz}")
 jobs=${JOBS:-2}
 targets=(ModelObject Host)
-declare -A seconds=([ModelObject]=60 [Host]=120)
+declare -A seconds=([ModelObject]=60 [Host]=150)
 
 # The host fuzzer draws on Mesa's headless llvmpipe, whose own lasting allocations are not ours.
 export EGL_PLATFORM=surfaceless LP_NUM_THREADS=0
