@@ -9,7 +9,9 @@
 // The host's own process-wide state; what outlives effects is in the registries.
 namespace qam::host {
 
-using namespace qam::registries;
+using registries::forgetSharedTexture;
+using registries::gParameters;
+using registries::gPendingHolder;
 
 // Held for the whole run of every entry point but pause and resume.
 extern pthread_mutex_t gHostMutex;
