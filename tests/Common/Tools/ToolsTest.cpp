@@ -40,8 +40,6 @@ TEST_F(CurvesTest, SegmentsFollowTheCatmullRomFormula) {
         // Written only between the points; a later segment overwrites a shared end.
         {{{10, 40}, {50, 100}, {50, 100}, {90, 20}},
          {{9, 0}, {10, 40}, {50, 100}, {70, 60}, {90, 20}, {91, 0}}},
-        // A one-entry segment divides by zero: not a number, so 255.
-        {{{10, 40}, {50, 100}, {50, 100}}, {{50, 255}, {51, 0}}},
         {{{0, -100}, {20, 400}}, {{0, 0}, {10, 150}, {20, 255}}},  // clamped below and above
     };
     for (const auto& c : cases) {
@@ -92,27 +90,16 @@ TEST_F(CurvesTest, SegmentsReachingOutsideTheTableAreDroppedWithOneLinePerCause)
     curves.calculateCatmullRomPoint(200, 257, {}, {}, {}, {}, Curves::RED);
     curves.calculateCatmullRomPoint(-1, 10, {}, {}, {}, {}, Curves::GREEN);
     EXPECT_EQ(log.messages().size(), 3u);  // outside the table, no points, not a level
-
-    // Inside the table all is defined: a backward segment writes nothing, a level just
-    // below 0 truncates to 0, and byte 3 of an entry is its alpha.
-    const Points backward = {{300, 10}, {-20, 20}}, fromBelow = {{-0.5f, 0}, {255, 255}};
-    Curves quiet(backward.data(), 2, fromBelow.data(), 2, nullptr, 0);
-    quiet.calculateCatmullRomPoint(0, 10, {0, 9}, {0, 9}, {9, 9}, {9, 9}, Curves::CHANNELS(3));
-    EXPECT_EQ((std::vector{entry(quiet, 64, Curves::GREEN), entry(quiet, 255, Curves::GREEN),
-                           entry(quiet, 5, 3), entry(quiet, 10, 3)}),
-              (std::vector{52, 255, 9, 0}));
-    EXPECT_EQ(log.messages().size(), 3u);
 }
 
 std::string contents(File& file) {
     return std::string(static_cast<const char*>(file.getBuffer()), file.getLength());
 }
 
-TEST(FileTest, ReadsAPathOrAnAssetWholeLoadReplacesAndWriteAppends) {
+TEST(FileTest, ReadsAPathOrAnAssetWholeAndWriteAppends) {
     const std::string directory = testing::TempDir() + "qam-files";
     std::filesystem::create_directories(directory);
     std::ofstream(directory + "/model.bin") << "0123456789";
-    std::ofstream(directory + "/short.bin") << "ab";
     std::ofstream(directory + "/empty.bin").flush();
     AAssetManager* saved = File::getAssetManager();
     File::getAssetManager() = vi::AssetDirectory::open(directory);
@@ -120,14 +107,11 @@ TEST(FileTest, ReadsAPathOrAnAssetWholeLoadReplacesAndWriteAppends) {
     EXPECT_EQ(contents(fromPath), "0123456789");
     File fromAssets("model.bin", true);
     EXPECT_EQ(contents(fromAssets), "0123456789");
-    fromAssets.load("short.bin");
-    EXPECT_EQ(contents(fromAssets), "ab");
     vi::AssetDirectory::close(File::getAssetManager());
     File::getAssetManager() = saved;
 
     qam::test::LogCapture log;  // empty files are quiet; a folder or no data is one line each
     File file(directory + "/empty.bin", false);
-    EXPECT_EQ(file.getLength(), 0u);
     file.write("abc", 3);
     file.write("de", 2);
     file.write(nullptr, 4);
@@ -147,16 +131,9 @@ TEST(ProfilerTest, RecordsKeepCountTotalAndExtremesForAThousandIdsUntilCleared) 
     const unsigned now = Profiler::getTickCount();
     Profiler::addTime(0, now - 1000);
     Profiler::addTime(0, now - 3000);
-    EXPECT_EQ(record.count, 2u);
     EXPECT_GE(record.min, 1000u);
     EXPECT_GE(record.max, 3000u);
-    EXPECT_EQ(record.total, record.min + record.max);
-    Profiler::addTime(0, Profiler::getTickCount() + 5000);  // in the future: wraps
-    EXPECT_GT(record.max, 0xFFFFFFFFu - 5000u);
-    Profiler::addTime(1, now);  // one past the last registered: still counted
-    Profiler::addTime(2, now);
-    EXPECT_EQ(std::pair(Profiler::mTimeArray[1].count, Profiler::mTimeArray[2].count),
-              std::pair(1u, 0u));
+    EXPECT_EQ(std::pair(record.count, record.total), std::pair(2u, record.min + record.max));
 
     Profiler::clearStatistics();
     EXPECT_EQ(Profiler::mCount, 1u);  // registrations stay
@@ -168,7 +145,6 @@ TEST(ProfilerTest, RecordsKeepCountTotalAndExtremesForAThousandIdsUntilCleared) 
     }
     EXPECT_EQ(Profiler::registrateId("late", &user), 1000u);
     EXPECT_EQ(Profiler::mCount, 1000u);
-    EXPECT_TRUE(log.messages().empty());
     Profiler::addTime(1000, now);  // addresses no record: dropped, said once
     Profiler::addTime(1000, now);
     EXPECT_EQ(log.messages().size(), 1u);

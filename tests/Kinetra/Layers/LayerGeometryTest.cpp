@@ -33,15 +33,14 @@ const KNMesh& meshOf(KNMesh& mesh) {
     return mesh;
 }
 
-// A previous frame, then `frames` frames in two targets in turn, each reading the one before
+// A previous frame, then `frames` frames, each in a target of its own reading the one before
 // through setFBOID; `check(n)` runs with frame n bound.
 template <typename Layer>
-void pingPong(Layer& layer, int size, GLuint first, int frames,
+void pingPong(Layer& layer, Inputs& in, GLuint previous, int frames,
               const std::function<void(int)>& check) {
-    std::unique_ptr<KNFBO> targets[2];
     for (int n = 1; n <= frames; ++n) {
-        targets[n % 2] = boundTarget(size, size);
-        layer.setFBOID(n == 1 ? first : targets[(n + 1) % 2]->getFBOTexture());
+        const GLuint drawn = in.target(in.w, in.h).getFBOTexture();
+        layer.setFBOID(std::exchange(previous, drawn));
         layer.draw();
         check(n);
     }
@@ -174,22 +173,19 @@ using AdvectPingPongTest = LayerTest;
 TEST_F(AdvectPingPongTest, ColourBrushFlowsAlongItsFieldFrameAfterFrame) {
     constexpr int kSize = 128, kRow = 64, kEdge = 48;
     constexpr double kFlow = 0.1 * 10 * 9.2625 * 0.0021 * kSize;  // 2.49 pixels
-    Inputs in;
+    Inputs in(kSize, kSize);
     const TexelAt halfPlane = [](int x, int) { return Texel{byte(x < kEdge), 0, 0, 255}; };
     const GLuint first = in(kSize, kSize, halfPlane, GL_LINEAR);  // filtered like the targets
-    const GLuint black = in(Texel{0, 0, 0, 255});
     KNDrawAdvectColorBrush advect;
     advect.initialize(kSize, kSize, 0);
     advect.setNoiseVectorScalar(0);
     advect.setVelocityRadialTextureID(in(Texel{128, 128, 128, 255}), in(Texel{153, 128, 255, 255}),
                                       in(Texel{0, 0, 0, 0}));
-    advect.changePatternColorTextureID(black);
-    advect.setBackgroundTextureID(black);
+    advect.changePatternColorTextureID(in(Texel{0, 0, 0, 255}));
     int plateau = 255;
-    pingPong(advect, kSize, first, 8, [&](int n) {
+    pingPong(advect, in, first, 8, [&](int n) {
         SCOPED_TRACE(n);
-        std::vector<uint8_t> rgba(kSize * 4);
-        glReadPixels(0, kRow, kSize, 1, GL_RGBA, GL_UNSIGNED_BYTE, rgba.data());
+        const std::vector<uint8_t> rgba = gl().readPixels(0, kRow, kSize, 1);
         const auto red = [&](int x) { return static_cast<double>(rgba[x * 4]); };
         // Far from the edge the red only drifts towards the black pattern, 0.75 % a frame,
         // rounded to a byte each frame.
@@ -213,7 +209,7 @@ TEST_F(AdvectPingPongTest, WaterBrushDriftsThreePercentAFrameTowardsTheBackgroun
     brush.changeBGTextureID(in(Texel{0, 0, 255, 255}));
     brush.setVelocityRadialTextureID(still, still);
     int r = 255, b = 0;
-    pingPong(brush, kWidth, in(Texel{255, 0, 0, 255}), 10, [&](int n) {
+    pingPong(brush, in, in(Texel{255, 0, 0, 255}), 10, [&](int n) {
         SCOPED_TRACE(n);
         r = near(r * 0.97), b = near(b * 0.97 + 0.03 * 255);
         expectProbes({{30, 30, {r, -1, b, 255}, 1}});

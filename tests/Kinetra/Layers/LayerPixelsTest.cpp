@@ -24,10 +24,14 @@ const auto ramp = [](double u) { return 256 * u - 2; };
 const auto u64 = [](int x) { return (x + 0.5) / 64; };
 const auto colour = [](Texel t) { return Img([=](Inputs& in) { return in(t); }); };
 const auto given = [](GLuint id) { return Img([=](Inputs&) { return id; }); };
-const TexelAt redX = [](int x, int) { return texel(4 * x, 0, 0, 255); };
-const auto redRamp = [](Inputs& in) { return in(64, 64, redX, GL_LINEAR); };
+const auto redRamp = [](Inputs& in) {
+    return in(64, 64, TexelAt([](int x, int) { return texel(4 * x, 0, 0, 255); }), GL_LINEAR);
+};
 // 4 · x across, 4 · y up, blue falling across.
 const TexelAt gradient = [](int x, int y) { return texel(4 * x, 4 * y, 252 - 4 * x, 255); };
+const auto red = [](int x, int y, int r, int tolerance = kLayerTolerance) {
+    return Probe{x, y, {r, -1, -1, -1}, tolerance};
+};
 
 float uniformFloat(GLuint program, const char* name) {
     float value = 0;
@@ -55,11 +59,6 @@ struct Scenario {
     Target target;
     Setup setup;
 };
-template <typename L>
-Scenario<L> full(const char* name, Texel clear, std::vector<Probe> probes,
-                 typename Scenario<L>::Setup f) {
-    return {name, std::move(probes), {kFrameW, kFrameH, clear}, std::move(f)};
-}
 template <typename L>
 void run(const Scenario<L>& s) {
     SCOPED_TRACE(s.name);
@@ -94,9 +93,8 @@ Stock stock(Inputs& in) {
             in(64, 64, blob, GL_LINEAR)};
 }
 
-// A 96 x 64 background "bg", linearly filtered: red 60, green 4 · row, blue 200; the colour
-// it shows near the bottom of a full-size frame, which crops its sides, read bottom-up (the
-// advect brush) or top-down (the mix brush).
+// A 96 x 64 "bg", filtered linearly: red 60, green 4 · row, blue 200; its colour near the bottom
+// of a full-size frame (sides cropped), read bottom-up (advect brush) or top-down (mix brush).
 void background() {
     namedTexture("bg", 96, 64,
                  texels(96, 64, [](int, int y) { return texel(60, 4 * y, 200, 255); }), true);
@@ -156,9 +154,6 @@ GLuint streaks(KNDrawBrilliantAdvect& advect, Inputs& in, GLuint shape) {
 template <typename Brush>
 using Tune = std::function<void(Brush&)>;
 using Fades = std::vector<std::pair<float, double>>;  // uAlpha, the coverage left
-const auto red = [](int x, int y, int r, int tolerance = kLayerTolerance) {
-    return Probe{x, y, {r, -1, -1, -1}, tolerance};
-};
 // The mix brushes' tone: brightness 1, the saturation, and the red, green and blue weights
 // (saturation 1 leaves the density as it is, whatever the weights).
 template <typename Brush>
@@ -183,8 +178,15 @@ struct Names {
 template <>
 struct Table<KNDrawAdvectColorBrush> : Names<KNDrawAdvectColorBrush> {
     static void bad(L& b) { b.initialize(64, -1.0f / 0.0f, 0); }
-    // The shift along u from the bytes of the radial field (red; blue: strength) and the
-    // noise (red), at the given scalars.
+    // Initialises with: previous frame, noise, radial field, radial colour, pattern, background.
+    static void set(L& b, Inputs& in, std::array<GLuint, 6> t) {
+        b.initialize(in.w, in.h, 0);
+        b.setFBOID(t[0]);
+        b.setVelocityRadialTextureID(t[1], t[2], t[3]);
+        b.changePatternColorTextureID(t[4]);
+        b.setBackgroundTextureID(t[5]);
+    }
+    // The shift along u from the radial field's bytes (red; blue: strength) and the noise's red.
     static double shift(int red, int blue, int noise, double radialScalar, double noiseScalar) {
         return ((unit(red) - 0.5) * 10 * radialScalar + (unit(noise) - 0.5) * noiseScalar) *
                unit(blue) * 0.0021;
@@ -194,26 +196,19 @@ struct Table<KNDrawAdvectColorBrush> : Names<KNDrawAdvectColorBrush> {
     static S advect(
         const char* name, Texel field, Texel noise, std::vector<int> xs, double du,
         Tune<L> tune = [](L&) {}) {
-        std::vector<Probe> probes;
+        std::vector<Probe> probes{{xs[0], 32, {-1, 0, 2, 255}, 1}};
         for (int x : xs) {
-            probes.push_back({x, 32, {byteOf(ramp(u64(x) + du) / 255 * 0.9925), -1, -1, -1}});
-            probes.push_back({x, 32, {-1, 0, 2, 255}, 1});
+            probes.push_back(red(x, 32, byteOf(ramp(u64(x) + du) / 255 * 0.9925)));
         }
         return {name, probes, [=](L& b, Inputs& in) {
-                    b.initialize(in.w, in.h, 0);
-                    b.setFBOID(redRamp(in));
-                    b.setVelocityRadialTextureID(in(noise), in(field), in(kNone));
-                    b.changePatternColorTextureID(in(Texel{0, 0, 255, 255}));
+                    const GLuint blue = in(Texel{0, 0, 255, 255});
+                    set(b, in, {redRamp(in), in(noise), in(field), in(kNone), blue, kUnset});
                     tune(b);
                 }};
     }
     static void scene(L& b, Inputs& in) {
         const Stock s = stock(in);
-        b.initialize(in.w, in.h, 0);
-        b.setFBOID(s.checks);
-        b.setVelocityRadialTextureID(s.gradient, s.swirl, s.blob);
-        b.changePatternColorTextureID(s.gradient);
-        b.setBackgroundTextureID(s.gradient);
+        set(b, in, {s.checks, s.gradient, s.swirl, s.blob, s.gradient, s.gradient});
     }
     static std::vector<S> rows() {
         const Texel still{128, 128, 0, 255};
@@ -221,7 +216,7 @@ struct Table<KNDrawAdvectColorBrush> : Names<KNDrawAdvectColorBrush> {
         const double alpha = (1 - a) + a * a;
         const double lit = (2 - a) * a * alpha;
         return {
-            full<L>("KNDrawAdvectColorBrush", kNone, {}, scene),
+            S("KNDrawAdvectColorBrush", {}, {kFrameW, kFrameH, kNone}, scene),
             advect("fetches upstream along the field", {255, 128, 255, 255}, still, {4, 20, 40},
                    shift(255, 255, 128, 9.2625, 15.625)),
             advect("the noise moves by its own scalar, 125 x 0.5", {128, 128, 255, 255},
@@ -232,10 +227,8 @@ struct Table<KNDrawAdvectColorBrush> : Names<KNDrawAdvectColorBrush> {
             S("lays the brightened radial colour over by its alpha",
               {{32, 32, {byteOf(0.4 * lit), byteOf(0.2 * lit), 0, byteOf(alpha * alpha)}}},
               [=](L& b, Inputs& in) {
-                  b.initialize(in.w, in.h, 0);
-                  b.setFBOID(in(kBlack));
-                  b.changePatternColorTextureID(in(kBlack));
-                  b.setVelocityRadialTextureID(in(kBlack), in(still), in(Texel{102, 51, 0, 128}));
+                  const GLuint colour = in(Texel{102, 51, 0, 128});
+                  set(b, in, {in(kBlack), in(kBlack), in(still), colour, in(kBlack), kUnset});
               }),
             // No field: mix(pattern, background, 0.6) of a red 200 pattern (black at the top) and
             // a green / blue background; the quad moved right, the background not.
@@ -245,13 +238,10 @@ struct Table<KNDrawAdvectColorBrush> : Names<KNDrawAdvectColorBrush> {
                   const GLuint none = in(Texel{255, 255, 255, 0});
                   const GLuint pattern =
                       in(64, 64, [](int, int y) { return texel(y < 32 ? 200 : 0, 0, 0, 255); });
-                  b.initialize(in.w, in.h, 0);
-                  b.setFBOID(pattern);
-                  b.setVelocityRadialTextureID(none, none, none);
-                  b.changePatternColorTextureID(pattern);
-                  b.setBackgroundTextureID(in(64, 64, [](int x, int) {
+                  const GLuint halves = in(64, 64, [](int x, int) {
                       return x < 32 ? Texel{0, 255, 0, 255} : Texel{0, 0, 255, 255};
-                  }));
+                  });
+                  set(b, in, {pattern, none, none, none, pattern, halves});
                   b.setTranslate(16, 0, 0);
               }),
             S("leaves blending on; the reciprocals of the whole-pixel width and height", {},
@@ -271,9 +261,8 @@ struct Table<KNDrawAdvectColorBrush> : Names<KNDrawAdvectColorBrush> {
 template <>
 struct Table<KNDrawBGAdvectColorBrush> : Names<KNDrawBGAdvectColorBrush> {
     static void bad(L& b) { b.resizeSurface(10, std::nanf("")); }
-    // The red ramp pulled along +u at full strength in the lower half, no field in the upper
-    // half; the background: green 4 · row, blue, sampled nearest. Moved up by `dy`, or given a
-    // new surface of the same size.
+    // The red ramp pulled along +u at full strength below row 32, no field above; the background
+    // green 4 · row, blue, nearest. The quad moved up by `dy`, or given a new surface.
     static S advect(const char* name, float dy, std::vector<Probe> probes, bool resized = false) {
         return {name, probes, [=](L& b, Inputs& in) {
                     auto rows = [](int, int y) { return texel(0, 4 * y, 255, 255); };
@@ -306,7 +295,7 @@ struct Table<KNDrawBGAdvectColorBrush> : Names<KNDrawBGAdvectColorBrush> {
             inside.push_back({x, 10, {byteOf(ramp(u64(x) + du) / 255), 0, 0, 255}});
         }
         return {
-            full<L>("KNDrawBGAdvectColorBrush", kNone, {}, scene),
+            S("KNDrawBGAdvectColorBrush", {}, {kFrameW, kFrameH, kNone}, scene),
             advect("advects without drift and shows the background elsewhere", 0, inside),
             advect("the background moves with the quad", 8,
                    {{20, 48, {0, 160, 255, 255}, 1}, {20, 4, {0, 0, 0, 0}, 0}}),
@@ -343,8 +332,7 @@ struct Table<KNDrawBGAdvectWaterBrush> : Names<KNDrawBGAdvectWaterBrush> {
         const Texel still{128, 128, 255, 255};  // no direction, near enough
         constexpr double kStep = 0.0175 * 0.006;
         const double radial = 0.5 * 10 * 185.25 * kStep, noise = 0.5 * 1000 * kStep;
-        // Noise pushing +x in the left quarter of its image only, read where the background is:
-        // the layer's own coordinates, or the middle half of a 2:1 "bg".
+        // Noise pushing +x in its left quarter only, read where the 2:1 "bg" is: its middle half.
         const Img quarter = [](Inputs& in) {
             return in(4, 1, [](int x, int) { return texel(x == 0 ? 255 : 128, 128, 0, 255); });
         };
@@ -356,7 +344,7 @@ struct Table<KNDrawBGAdvectWaterBrush> : Names<KNDrawBGAdvectWaterBrush> {
             ns8(b);
         };
         return {
-            full<L>("KNDrawBGAdvectWaterBrush", kNone, {backgroundLow(false)}, scene),
+            S("KNDrawBGAdvectWaterBrush", {backgroundLow(false)}, {kFrameW, kFrameH, kNone}, scene),
             S("shows the background unblended where no field is",
               {{5, 5, {255, 0, 0, 128}, 0}, {60, 5, {0, 255, 0, 128}, 0}}, {64, 64, kWhite},
               [](L& b, Inputs& in) {
@@ -371,7 +359,6 @@ struct Table<KNDrawBGAdvectWaterBrush> : Names<KNDrawBGAdvectWaterBrush> {
             advect("the field at half strength", 20, colour(still), {255, 128, 128, 255},
                    radial * 128 / 255, rs10),
             advect("the noise at 125 x 8", 20, colour({255, 128, 0, 255}), still, noise, ns8),
-            advect("the noise is read at the layer's coordinates", 8, quarter, still, noise, ns8),
             advect("the noise is read at the fitted background's", 8, quarter, still, 0, wide),
         };
     }
@@ -409,7 +396,7 @@ struct Table<KNDrawMixColorBrush> : Names<KNDrawMixColorBrush> {
         const Pixel weighed{byteOf(1 - w + 0.6 * a * w), byteOf(0.4 * a * w),
                             byteOf(1 - w + 0.2 * a * w), 255};
         return {
-            full<L>("KNDrawMixColorBrush", kNone, {}, scene),
+            S("KNDrawMixColorBrush", {}, {kFrameW, kFrameH, kNone}, scene),
             // Brightness 1.1: (0.66, 0.44, 0.22), P 0.4752; saturation 1.2, times 0.95.
             ochre("brightens and saturates by the defaults", {{32, 32, {169, 105, 41, 255}}},
                   [](L&) {}),
@@ -473,8 +460,8 @@ struct Table<KNDrawMixWaterBrush> : Names<KNDrawMixWaterBrush> {
         const int grey = byteOf((256 * 0.5 - 2) / 255 * 1.1);
         const Pixel green{128, 255, 128, 255}, dark{0, 127, 0, 255};
         return {
-            full<L>("KNDrawMixWaterBrush", kNone,
-                    {backgroundLow(true), {540, 960, {grey, grey, grey, 255}}}, scene),
+            S("KNDrawMixWaterBrush", {backgroundLow(true), {540, 960, {grey, grey, grey, 255}}},
+              {kFrameW, kFrameH, kNone}, scene),
             // P = sqrt(0.64 · 0.25 + 0.16 · 0.5 + 0.04 · 0.25) = 0.5: (0.95, 0.35, 0.05); the mix
             // colour brush's red-weight-only P would be sqrt(0.84 · 0.25).
             density("saturates about a grey weighted per channel", {242, 89, 13, 102},
@@ -490,26 +477,35 @@ struct Table<KNDrawMixWaterBrush> : Names<KNDrawMixWaterBrush> {
     }
 };
 
-template <>
-struct Table<KNDrawRadialColorBrush> : Names<KNDrawRadialColorBrush> {
-    static void bad(L& b) { b.resizeSurface(1e20f, 10); }
-    // A 200 x 200 quad centred on (50.5, 32.5), or on (32.5, 50.5) when `up`, over the whole
-    // surface; the mask "mask"; the ratio, fade and time step.
-    struct Set {
-        float rx = 1, ry = 1, alpha = 0, step = 0;
-    };
-    static S field(const char* name, std::vector<Probe> probes, Set set, Texel mask = kWhite,
-                   bool up = false, Texel clear = kNone) {
-        return S(name, probes, {64, 64, clear}, [=](L& b, Inputs& in) {
-            b.initialize(in.w, in.h);
-            place(b, 200, 200, up ? 32.5f : 50.5f, up ? 50.5f : 32.5f);
-            namedTexture("mask", mask);
-            b.setMaskTexture("mask");
-            b.setRatio(set.rx, set.ry);
-            b.setAlpha(set.alpha);
-            b.setTimeStep(set.step);
-        });
+// The two radial field brushes: a 200 x 200 quad centred on (50.5, 32.5), or on (32.5, 50.5)
+// when `up`, over the whole surface; the mask "mask"; the water brush's profile "tube", red 1
+// left, 64 / 255 right; the x and y ratios, fade and time step.
+struct Set {
+    float rx = 1, ry = 1, alpha = 0, step = 0;
+};
+template <typename Brush>
+struct Radial : Names<Brush> {
+    static Scenario<Brush> field(const char* name, std::vector<Probe> probes, Set set,
+                                 Texel mask = kWhite, bool up = false, Texel clear = kNone) {
+        return {name, probes, {64, 64, clear}, [=](Brush& b, Inputs& in) {
+                    namedTexture("mask", mask);
+                    b.initialize(in.w, in.h);
+                    place(b, 200, 200, up ? 32.5f : 50.5f, up ? 50.5f : 32.5f);
+                    b.setMaskTexture("mask");
+                    if constexpr (std::is_same_v<Brush, KNDrawRadialWaterBrush>) {
+                        namedTexture("tube", 2, 1, {255, 0, 0, 255, 64, 0, 0, 255});
+                        b.setGraphTexture("tube");
+                    }
+                    b.setRatio(set.rx, set.ry);
+                    b.setAlpha(set.alpha);
+                    b.setTimeStep(set.step);
+                }};
     }
+};
+
+template <>
+struct Table<KNDrawRadialColorBrush> : Radial<KNDrawRadialColorBrush> {
+    static void bad(L& b) { b.resizeSurface(1e20f, 10); }
     // 200 pixels left of the centre. Beyond about 256 pixels the squared length overflows
     // mediump where it is a half float (llvmpipe's is).
     static void scene(L& b, Inputs& in) {
@@ -520,7 +516,7 @@ struct Table<KNDrawRadialColorBrush> : Names<KNDrawRadialColorBrush> {
         const std::vector<Probe> at{{340, 960, {153, 128, 204, 255}}, {5, 5, {0, 0, 0, 255}, 0}};
         const Texel faint{255, 255, 255, 102};  // coverage 0.4
         std::vector<S> rows = {
-            full<L>("KNDrawRadialColorBrush", kBlack, at, scene),
+            S("KNDrawRadialColorBrush", at, {kFrameW, kFrameH, kBlack}, scene),
             // 0.5 + 0.1 · d / 20 inside the core of 20 pixels, 0.5 ± 0.1 outside.
             field("points towards its centre with a soft core",
                   {{40, 32, {near(0.55 * 255), 128, near(0.25 * 255), 255}},
@@ -545,20 +541,8 @@ struct Table<KNDrawRadialColorBrush> : Names<KNDrawRadialColorBrush> {
 };
 
 template <>
-struct Table<KNDrawRadialWaterBrush> : Names<KNDrawRadialWaterBrush> {
+struct Table<KNDrawRadialWaterBrush> : Radial<KNDrawRadialWaterBrush> {
     static void bad(L& b) { b.resizeSurface(64, 1.0f / 0.0f); }
-    // A 200 x 200 quad centred on (50.5, 32.5); the profile "tube": red 1 left, 64 / 255 right.
-    static S field(const char* name, std::vector<Probe> probes, Tune<L> tune, Texel mask = kWhite) {
-        return S(name, probes, [=](L& b, Inputs& in) {
-            namedTexture("mask", mask);
-            namedTexture("tube", 2, 1, {255, 0, 0, 255, 64, 0, 0, 255});
-            b.initialize(in.w, in.h);
-            b.setMaskTexture("mask");
-            b.setGraphTexture("tube");
-            place(b, 200, 200, 50.5f, 32.5f);
-            tune(b);
-        });
-    }
     // A profile strongest on a ring at 0.15 from the middle, within the field's reach (about
     // 256 pixels in half-float mediump); on it, 162 pixels left: full strength, pointing right.
     static void scene(L& b, Inputs& in) {
@@ -575,21 +559,18 @@ struct Table<KNDrawRadialWaterBrush> : Names<KNDrawRadialWaterBrush> {
                                     {378, 960, {-1, -1, 248, -1}, 7},
                                     {530, 960, {-1, -1, 0, -1}, 9}};
         std::vector<S> rows = {
-            full<L>("KNDrawRadialWaterBrush", kBlack, at, scene),
+            S("KNDrawRadialWaterBrush", at, {kFrameW, kFrameH, kBlack}, scene),
             // 0.5 ± 0.1 with no core; strength the time step times the profile.
             field("points towards its centre without a core",
                   {{40, 32, {153, 128, 128, 255}}, red(49, 32, 153), {60, 32, {102, -1, 32, -1}}},
-                  [](L& b) {
-                      b.setRatio(1, 1);
-                      b.setTimeStep(0.5f);
-                  }),
+                  Set{1, 1, 0, 0.5f}),
             field("each axis has its own ratio",
                   {red(40, 32, near(0.7 * 255)), {50, 2, {128, near(0.55 * 255), -1, -1}}},
-                  [](L& b) { b.setRatio(2, 0.5f); }),
+                  Set{2, 0.5f}),
         };
         for (const auto& [alpha, cover] : Fades{{-2, 0.4}, {0.25f, 0.3}, {1.5f, 0}}) {
             rows.push_back(field("clamps the fade", {{40, 32, {-1, -1, -1, near(cover * 255)}}},
-                                 [a = alpha](L& b) { b.setAlpha(a); }, {255, 255, 255, 102}));
+                                 Set{1, 1, alpha}, {255, 255, 255, 102}));
         }
         return rows;
     }
@@ -625,7 +606,7 @@ struct Table<KNDrawRadialColorBrushColor> : Names<KNDrawRadialColorBrushColor> {
             {5, 5, {0, 0, 0, 255}, 0}};
         const Pixel red{255, 0, 0, 255}, none{0, 0, 0, 0};
         return {
-            full<L>("KNDrawRadialColorBrushColor", kBlack, at, scene),
+            S("KNDrawRadialColorBrushColor", at, {kFrameW, kFrameH, kBlack}, scene),
             // Colour by source alpha, and alpha by source alpha too.
             placed("fills the mask with the screen's colour", 16, 16, 1,
                    {{10, 12, red, 0}, {20, 12, {102, -1, -1, 41}}, {4, 12, none, 0}}),
@@ -673,7 +654,7 @@ struct Table<KNDrawBrilliantAdvect> : Names<KNDrawBrilliantAdvect> {
         std::vector<Probe> along = line(39, 1, 1, 0, weights);
         along.push_back({41, 1, {128, 128, 128, 128}, 1});  // every channel carries it
         return {
-            full<L>("KNDrawBrilliantAdvect", kBlack, {red(972, 960, 122)}, scene),
+            S("KNDrawBrilliantAdvect", {red(972, 960, 122)}, {kFrameW, kFrameH, kBlack}, scene),
             smear("smears a lit column into the eight-tap streak", kTaps, 3, lit, along),
             // Texel row 40 + i gets weight i; the base coordinates put row 124 at the bottom.
             smear("a vertical streak follows the flipped coordinates", 3, kTaps, vertical,
@@ -693,8 +674,7 @@ struct Table<KNDrawBrilliantAdvect> : Names<KNDrawBrilliantAdvect> {
 template <>
 struct Table<KNDrawBrilliantRadial> : Names<KNDrawBrilliantRadial> {
     static void bad(L& r) { r.setSize(std::nanf(""), 10); }
-    // A quad covering the odd surface (pixel (31, 31) samples its exact centre), `shape` and
-    // `pattern` given, then `tune` and one draw.
+    // A quad over the odd surface (pixel (31, 31) samples its centre), `shape`, `pattern`, `tune`.
     static S cover(
         const char* name, std::vector<Probe> probes, Img shape, Img pattern,
         Tune<L> tune = [](L&) {}, Target target = {63, 63, {255, 0, 255, 255}}) {
@@ -729,7 +709,7 @@ struct Table<KNDrawBrilliantRadial> : Names<KNDrawBrilliantRadial> {
         const Img pattern = quadrants(kBlack, {0, 0, 0, 51}, {0, 0, 0, 102}, {0, 0, 0, 204});
         const Pixel magenta{255, 0, 255, 255};
         return {
-            full<L>("KNDrawBrilliantRadial", {128, 128, 0, 255}, at, scene),
+            S("KNDrawBrilliantRadial", at, {kFrameW, kFrameH, {128, 128, 0, 255}}, scene),
             // N = (0, 0) gives (0.5, 0.5); 25 pixels out N = 50 / 63 = 0.794 along x, squeezed
             // by 0.5625 along y; beyond magnitude 1 discarded.
             cover("draws the inscribed disc of outward directions",
@@ -741,11 +721,13 @@ struct Table<KNDrawBrilliantRadial> : Names<KNDrawBrilliantRadial> {
                   solid, opaque),
             // Red (0.794 · 0.5 + 1) / 2, alpha 0.5: on the first draw initialize's blend, source
             // alpha for every channel; after it the layer's own option, alpha weight one.
-            cover("the time step scales; its own blend option waits for the next draw",
+            cover("the time step scales; its blend option waits a draw; depth test off",
                   {{56, 31, {89, 64, 128, 128}}}, solid, opaque,
                   [](L& r) {
                       r.setAlpha(0.5f);
+                      r.setDepthTest(true);
                       r.draw();
+                      EXPECT_FALSE(glIsEnabled(GL_DEPTH_TEST));
                       expectProbes({{56, 31, {89, 64, 128, 64}}});
                       clearTo(kNone);
                   },
@@ -758,12 +740,6 @@ struct Table<KNDrawBrilliantRadial> : Names<KNDrawBrilliantRadial> {
                   blues(63, 63, {255, 51, 102, 204}), solid, pattern),
             cover("a landscape one transposes it", blues(80, 48, {255, 102, 51, 204}), solid,
                   pattern, [](L&) {}, {80, 48, {255, 0, 255, 255}}),
-            cover("turns the depth test off", {}, solid, opaque,
-                  [](L& r) {
-                      r.setDepthTest(true);
-                      r.draw();
-                      EXPECT_FALSE(glIsEnabled(GL_DEPTH_TEST));
-                  }),
         };
     }
 };
@@ -829,7 +805,8 @@ struct Table<KNDrawBrilliantRing> : Names<KNDrawBrilliantRing> {
         const Img u = given(kUnset), z = given(0);
         const Probe nothing{32, 32, {0, 0, 0, 191}, 1};
         return {
-            full<L>("KNDrawBrilliantRing", kNone, {{0, 0, {-1, -1, -1, 255}, 0}}, scene),
+            S("KNDrawBrilliantRing", {{0, 0, {-1, -1, -1, 255}, 0}}, {kFrameW, kFrameH, kNone},
+              scene),
             // RGB -> HSV -> RGB with the hue 0.027 lower, plus the shine: grey has no hue;
             // (0.2, 0.6, 0.4) -> (0.2, 0.6, 0.335); (0.6, 0, 0): s 1 > 0.85, v 0.6 < 0.7, so s
             // 1.4 and v 0.78 -> (0.78, -0.312, -0.135); (1, 0, 0) -> (1, 0, 0.162).
@@ -897,8 +874,7 @@ TYPED_TEST(EveryLayerTest, DrawsTheSamePixelsAfterALostContextAndANewInitialize)
     layer.contextChanged();
     glViewport(0, 0, 64, 64);
     clearTo(kNone);
-    // Until initialised again it draws with the forgotten program, which GL draws nothing with:
-    // no reason to log.
+    // Until initialised again it draws with the forgotten program: nothing, and nothing to log.
     LogCapture log;
     layer.draw();
     EXPECT_EQ(log.messages(), std::vector<std::string>{});

@@ -62,14 +62,6 @@ inline void clearTo(Texel c) {
     glClear(GL_COLOR_BUFFER_BIT);
 }
 
-inline std::unique_ptr<Kinetra::KNFBO> boundTarget(int width, int height, Texel c = {0, 0, 0, 0}) {
-    auto target = std::make_unique<Kinetra::KNFBO>();
-    target->setClearColor(unit(c[0]), unit(c[1]), unit(c[2]), unit(c[3]));
-    target->createFBOSurface(width, height);
-    target->bindFBOSurface();
-    return target;
-}
-
 // What a scenario draws from, `w` x `h`: textures and targets that live as long as it does.
 class Inputs {
   public:
@@ -83,12 +75,10 @@ class Inputs {
         mTextures.push_back(id);
         glBindTexture(GL_TEXTURE_2D, id);
         glPixelStorei(GL_UNPACK_ALIGNMENT, 1);
-        for (GLenum p : {GL_TEXTURE_MIN_FILTER, GL_TEXTURE_MAG_FILTER}) {
-            glTexParameteri(GL_TEXTURE_2D, p, static_cast<GLint>(filter));
-        }
-        for (GLenum p : {GL_TEXTURE_WRAP_S, GL_TEXTURE_WRAP_T}) {
-            glTexParameteri(GL_TEXTURE_2D, p, GL_CLAMP_TO_EDGE);
-        }
+        glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, static_cast<GLint>(filter));
+        glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, static_cast<GLint>(filter));
+        glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_S, GL_CLAMP_TO_EDGE);
+        glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_T, GL_CLAMP_TO_EDGE);
         glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA, width, height, 0, GL_RGBA, type, rgba.data());
         return id;
     }
@@ -104,9 +94,13 @@ class Inputs {
         const auto* bytes = reinterpret_cast<const uint8_t*>(v.data());
         return (*this)(1, 1, {bytes, bytes + sizeof v}, GL_NEAREST, GL_FLOAT);
     }
-    // A target of its own, bound with its viewport and cleared to `clear`.
-    Kinetra::KNFBO& target(int width, int height, Texel clear = {0, 0, 0, 0}) {
-        return *mTargets.emplace_back(boundTarget(width, height, clear));
+    // A target of its own, bound with its viewport and cleared to `c`.
+    Kinetra::KNFBO& target(int width, int height, Texel c = {0, 0, 0, 0}) {
+        Kinetra::KNFBO& target = *mTargets.emplace_back(std::make_unique<Kinetra::KNFBO>());
+        target.setClearColor(unit(c[0]), unit(c[1]), unit(c[2]), unit(c[3]));
+        target.createFBOSurface(width, height);
+        target.bindFBOSurface();
+        return target;
     }
 
     const int w, h;
