@@ -7,11 +7,11 @@ set(TALVEQAM_TEST_ENVIRONMENT
     "LP_NUM_THREADS=0")
 
 # gtest_discover_tests for `target` on a headless context, with the environment above. The
-# environment goes in front of the command (env VAR=... test): CMake 3.25 splits a list given
-# as the ENVIRONMENT property of discovered tests.
+# environment goes in front of the command (env VAR=... test, or env VAR=... emulator test in
+# a cross build): CMake 3.25 splits a list given as the ENVIRONMENT property of discovered tests.
 include(GoogleTest)
 function(talveqam_discover_tests target)
     set_target_properties(${target} PROPERTIES CROSSCOMPILING_EMULATOR
-        "env;${TALVEQAM_TEST_ENVIRONMENT};EGL_PLATFORM=surfaceless")
+        "env;${TALVEQAM_TEST_ENVIRONMENT};EGL_PLATFORM=surfaceless;${CMAKE_CROSSCOMPILING_EMULATOR}")
     gtest_discover_tests(${target} DISCOVERY_MODE PRE_TEST)
 endfunction()

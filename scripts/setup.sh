@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# Installs the Debian packages the build, the tests and the samples need.
-# Idempotent: does nothing when every package is already there.
+# Installs the Debian packages the build, the tests and the samples need, and the Debian roots
+# of arm64 and armhf that the ARM builds link against and run their tests in.
+# Idempotent: does nothing when everything is already there.
 set -euo pipefail
 
 packages=(
@@ -12,20 +13,25 @@ packages=(
   googletest libgtest-dev libgmock-dev libbenchmark-dev
   libpng-dev libgif-dev libx11-dev xvfb xauth
   glslang-tools
-  g++-aarch64-linux-gnu g++-arm-linux-gnueabihf
+  android-platform-frameworks-native-headers
+  g++-aarch64-linux-gnu g++-arm-linux-gnueabihf qemu-user-static mmdebstrap
 )
 
 missing=()
 for p in "${packages[@]}"; do
   dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed" || missing+=("$p")
 done
-[ ${#missing[@]} -eq 0 ] && exit 0
-
-echo "setup: installing ${missing[*]}" >&2
-if [ "$(id -u)" -ne 0 ]; then
-  echo "setup: these packages are missing and installing them needs root: ${missing[*]}" >&2
-  exit 1
+if [ ${#missing[@]} -gt 0 ]; then
+  echo "setup: installing ${missing[*]}" >&2
+  if [ "$(id -u)" -ne 0 ]; then
+    echo "setup: these packages are missing and installing them needs root: ${missing[*]}" >&2
+    exit 1
+  fi
+  export DEBIAN_FRONTEND=noninteractive
+  apt-get update -qq
+  apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
 fi
-export DEBIAN_FRONTEND=noninteractive
-apt-get update -qq
-apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
+
+sysroots=/opt/talveqam/sysroots
+bash "$(dirname "$0")/arm-sysroot.sh" arm64 "$sysroots/aarch64-linux-gnu"
+bash "$(dirname "$0")/arm-sysroot.sh" armhf "$sysroots/arm-linux-gnueabihf"

@@ -1,10 +1,10 @@
 # Fails when LIBRARY exports a symbol outside the JNI functions and the vi and Kinetra namespaces,
 # or lacks one of the draw classes' overrides.
 cmake_policy(VERSION 3.25)
-execute_process(COMMAND nm -D -C --defined-only --format=posix "${LIBRARY}"
+execute_process(COMMAND ${NM} -D -C --defined-only --format=posix "${LIBRARY}"
                 OUTPUT_VARIABLE table RESULT_VARIABLE status)
 if(NOT status EQUAL 0)
-    message(FATAL_ERROR "nm failed on ${LIBRARY}")
+    message(FATAL_ERROR "${NM} failed on ${LIBRARY}")
 endif()
 string(REPLACE ";" "\\;" table "${table}")
 string(REPLACE "\n" ";" lines "${table}")

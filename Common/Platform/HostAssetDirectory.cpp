@@ -1,3 +1,5 @@
+// The asset calls of Android's NDK, declared by Debian's copy of its header, over a directory.
+#include <android/asset_manager.h>
 #include <sys/stat.h>
 
 #include <cstdio>

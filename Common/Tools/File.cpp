@@ -1,5 +1,6 @@
 #include "Common/Tools/File.h"
 
+#include <android/asset_manager.h>
 #include <sys/stat.h>
 
 #include <cstdio>

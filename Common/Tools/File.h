@@ -3,8 +3,10 @@
 #include <string>
 #include <vector>
 
-#include "Common/Platform/AssetManager.h"
 #include "Common/Platform/Export.h"
+
+// The NDK's, from <android/asset_manager.h>: effect libraries need no Android header for it.
+struct AAssetManager;
 
 namespace vi {
 

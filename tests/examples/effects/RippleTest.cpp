@@ -13,7 +13,7 @@ TEST_F(RippleTest, ATapSendsOutAWaveThatGrowsFadesAndLeavesCalmWater) {
     touch(kCx, kCy, 0);
     frames(1);
     touch(kCx, kCy, 1);
-    const std::vector<Frame> run = runOut(20);
+    const std::vector<Frame> run = runOut();
     ASSERT_GE(run.size(), 10u);
     EXPECT_GT(outwardFront(run, 30, 2), 60);
     // Early on the front is a ring: the middle and the far water are quieter than it.

@@ -2,11 +2,10 @@
 
 #include <algorithm>
 #include <array>
-#include <chrono>
 #include <memory>
-#include <thread>
 
 #include "examples/common/Png.h"
+#include "examples/preview/EffectClock.h"
 #include "examples/preview/Session.h"
 #include "tests/support/GLTest.h"
 #include "tests/support/LogCapture.h"
@@ -28,12 +27,14 @@ struct Frame {
 // A sample effect library hosted as the Java side hosts it, on a 144 x 256 portrait screen
 // over a background of the screen's size, every pixel a little different: light paper that
 // pigment stands out from, or (`dusk`) a dark sky that light stands out from. Positions are GL
-// pixels, (0, 0) bottom left. The library logs nothing meanwhile.
+// pixels, (0, 0) bottom left. The effect's clock moves a 60th of a second a frame, however
+// long a frame takes to draw here. The library logs nothing meanwhile.
 class SampleEffectTest : public GLTest {
   protected:
     static constexpr int kScreenWidth = 144, kScreenHeight = 256;
     static constexpr int kCx = 72, kCy = 128;  // the middle
     static constexpr int kSame = 2;            // rounding differs from the background by less
+    static constexpr double kFrameSeconds = 1.0 / 60;
 
     SampleEffectTest(std::string library, bool dusk) : mLibrary(std::move(library)) {
         for (int y = 0; y < kScreenHeight; ++y) {
@@ -49,6 +50,7 @@ class SampleEffectTest : public GLTest {
         gl().resize(kScreenWidth, kScreenHeight);
         glViewport(0, 0, kScreenWidth, kScreenHeight);
         mLog = std::make_unique<LogCapture>();
+        preview::fixEffectClock();
         mSession = std::make_unique<preview::Session>();
         std::string error;
         ASSERT_TRUE(mSession->loadEffect(mLibrary, error)) << error;
@@ -72,16 +74,15 @@ class SampleEffectTest : public GLTest {
     // Draws `count` frames; the last one.
     Frame frames(int count) {
         for (int i = 0; i < count; ++i) {
-            mSession->draw();
+            draw();
         }
         return {kScreenWidth, kScreenHeight, gl().readPixels(0, 0, kScreenWidth, kScreenHeight)};
     }
-    // Every frame until the effect wants no more (at most 400), `pause` ms apart.
-    std::vector<Frame> runOut(int pause = 10) {
+    // Every frame until the effect wants no more (at most 400).
+    std::vector<Frame> runOut() {
         std::vector<Frame> drawn;
         for (bool more = true; more && drawn.size() < 400; drawn.push_back(frames(0))) {
-            std::this_thread::sleep_for(std::chrono::milliseconds(pause));
-            more = mSession->draw();
+            more = draw();
         }
         EXPECT_LT(drawn.size(), 400u) << "the effect still wants frames";
         return drawn;
@@ -91,11 +92,7 @@ class SampleEffectTest : public GLTest {
     // A finger held in the middle long enough for any effect to answer it fully.
     Frame press() {
         touch(kCx, kCy, 0);
-        for (int i = 0; i < 30; ++i) {
-            frames(1);
-            std::this_thread::sleep_for(std::chrono::milliseconds(10));
-        }
-        return frames(1);
+        return frames(31);
     }
 
     // How much a frame's pixel differs from the background there: the largest channel
@@ -155,6 +152,11 @@ class SampleEffectTest : public GLTest {
     std::unique_ptr<preview::Session> mSession;
 
   private:
+    bool draw() {
+        preview::advanceEffectClock(kFrameSeconds);
+        return mSession->draw();
+    }
+
     std::string mLibrary;
     std::vector<std::array<int, 4>> mBackground;  // bottom row first, as GL reads back
     std::unique_ptr<LogCapture> mLog;

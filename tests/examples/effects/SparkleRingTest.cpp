@@ -26,7 +26,7 @@ TEST_F(SparkleRingTest, UnlockThrowsTheRingOutAndFadesTheScreenOut) {
     press();
     touch(kCx, kCy, 1);
     mSession->showUnlock();
-    const std::vector<Frame> run = runOut(20);
+    const std::vector<Frame> run = runOut();
     ASSERT_GE(run.size(), 5u);
     EXPECT_GT(outwardFront(run, 60, 3), 3 * kTouchRadius);  // from under the finger, outward
     EXPECT_TRUE(transparent(run.back()));

@@ -10,6 +10,7 @@
 namespace {
 
 namespace fs = std::filesystem;
+using qam::test::runBuilt;
 using qam::test::runTool;
 
 TEST(InstalledTreeTest, AnEffectBuiltOutsideAgainstTheInstalledPackageRendersInTheInstalledTool) {
@@ -32,27 +33,41 @@ TEST(InstalledTreeTest, AnEffectBuiltOutsideAgainstTheInstalledPackageRendersInT
         }
     }
     qam::test::writeFile(folder + "/everything.cpp", everything);
-    run = runTool({CXX_COMPILER, "-std=c++17", "-fsyntax-only", "-Wall", "-Wextra", "-Werror", "-I",
-                   include, "-I", GLM_INCLUDE, folder + "/everything.cpp"},
-                  folder);
+    std::vector<std::string> compile{CXX_COMPILER,
+                                     "-std=c++17",
+                                     "-fsyntax-only",
+                                     "-Wall",
+                                     "-Wextra",
+                                     "-Werror",
+                                     "-I",
+                                     include,
+                                     "-I",
+                                     GLM_INCLUDE,
+                                     folder + "/everything.cpp"};
+    const std::string build = folder + "/build";
+    std::vector<std::string> configure{CMAKE_COMMAND, "-S",  OUTSIDE_PROJECT,
+                                       "-B",          build, "-DCMAKE_PREFIX_PATH=" + prefix};
+    if (std::string(TOOLCHAIN_FILE).empty()) {
+        configure.push_back("-DCMAKE_CXX_COMPILER=" CXX_COMPILER);
+    } else {  // as an author cross-builds: the package is outside the target's root
+        compile.push_back("--sysroot=" SYSROOT);
+        configure.push_back("-DCMAKE_TOOLCHAIN_FILE=" TOOLCHAIN_FILE);
+        configure.push_back("-DTalveQam_DIR=" + prefix + "/" INSTALL_LIBDIR "/cmake/TalveQam");
+    }
+    run = runTool(compile, folder);
     EXPECT_EQ(run.status, 0) << everything << run.err;
 
-    const std::string build = folder + "/build";
-    for (const std::vector<std::string>& step :
-         {std::vector<std::string>{CMAKE_COMMAND, "-S", OUTSIDE_PROJECT, "-B", build,
-                                   "-DCMAKE_PREFIX_PATH=" + prefix,
-                                   "-DCMAKE_CXX_COMPILER=" CXX_COMPILER},
-          {CMAKE_COMMAND, "--build", build}}) {
+    for (const std::vector<std::string>& step : {configure, {CMAKE_COMMAND, "--build", build}}) {
         run = runTool(step, folder);
         ASSERT_EQ(run.status, 0) << run.out << run.err;
     }
     // Colour (0.2, 0.4, 1) from parameters; the touch on frame 1 swaps red and blue.
     qam::test::writeFile(folder + "/run.txt",
                          "0 param 0 0.2\n0 param 1 0.4\n0 param 2 1\n1 touch down 5 5\n");
-    run = runTool({prefix + "/bin/qam-preview", build + "/libqam_outside_effect.so", "--frames",
-                   "2", "--size", "32x24", "--rate", "0", "--script", folder + "/run.txt", "--out",
-                   folder + "/out"},
-                  folder);
+    run = runBuilt({prefix + "/bin/qam-preview", build + "/libqam_outside_effect.so", "--frames",
+                    "2", "--size", "32x24", "--rate", "0", "--script", folder + "/run.txt", "--out",
+                    folder + "/out"},
+                   folder);
     ASSERT_EQ(run.status, 0) << run.out << run.err;
     for (auto [frame, colour] : {std::pair{0, 0x3366FFFFu}, {1, 0xFF6633FFu}}) {
         qam::Image image;

@@ -11,7 +11,7 @@ namespace {
 
 using qam::test::pixelIs;
 using qam::test::readGif;
-using qam::test::runTool;
+using qam::test::runBuilt;
 using qam::test::ToolResult;
 namespace fs = std::filesystem;
 
@@ -20,7 +20,7 @@ class PreviewRunTest : public ::testing::Test {
     // qam-preview with `arguments` after the effect, writing into <folder>/out.
     ToolResult preview(const std::string& effect, std::vector<std::string> arguments) {
         arguments.insert(arguments.begin(), {QAM_PREVIEW, effect, "--out", mOut, "--rate", "0"});
-        return runTool(arguments, mFolder);
+        return runBuilt(arguments, mFolder);
     }
 
     const std::string mFolder = qam::test::freshFolder();

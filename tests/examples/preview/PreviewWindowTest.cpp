@@ -5,7 +5,7 @@
 
 namespace {
 
-using qam::test::runTool;
+using qam::test::runBuilt;
 
 TEST(PreviewWindowTest, DrawsTheScriptedFramesIntoAnXWindowAndStopsByItselfOrSaysItCannot) {
     const std::string display = getenv("DISPLAY") != nullptr ? getenv("DISPLAY") : "";
@@ -14,10 +14,10 @@ TEST(PreviewWindowTest, DrawsTheScriptedFramesIntoAnXWindowAndStopsByItselfOrSay
     qam::test::writeFile(folder + "/run.txt",
                          "0 param 0 0\n0 param 1 0.4\n0 param 2 1\n0 param 3 1\n"
                          "1 touch down 10 10\n2 touch up 10 10\n3 param 0 1\n");
-    const qam::test::ToolResult run =
-        runTool({QAM_PREVIEW, RECORDING_EFFECT_PATH, "--window", "--frames", "5", "--size", "64x48",
-                 "--script", folder + "/run.txt", "--out", folder + "/out", "--rate", "60"},
-                folder);
+    const qam::test::ToolResult run = runBuilt(
+        {QAM_PREVIEW, RECORDING_EFFECT_PATH, "--window", "--frames", "5", "--size", "64x48",
+         "--script", folder + "/run.txt", "--out", folder + "/out", "--rate", "60"},
+        folder);
     ASSERT_EQ(run.status, 0) << run.err;
     EXPECT_NE(run.out.find("frames per second (5 frames"), std::string::npos) << run.out;
     // Read back from the window's own surface before each swap.
@@ -31,7 +31,7 @@ TEST(PreviewWindowTest, DrawsTheScriptedFramesIntoAnXWindowAndStopsByItselfOrSay
 
     unsetenv("DISPLAY");
     const qam::test::ToolResult headless =
-        runTool({QAM_PREVIEW, RECORDING_EFFECT_PATH, "--window", "--frames", "1"}, folder);
+        runBuilt({QAM_PREVIEW, RECORDING_EFFECT_PATH, "--window", "--frames", "1"}, folder);
     setenv("DISPLAY", display.c_str(), 1);
     EXPECT_EQ(headless.status, 1);
     EXPECT_NE(headless.err.find("--window: cannot open the X display"), std::string::npos)

@@ -17,6 +17,16 @@ ToolResult runTool(const std::vector<std::string>& argv, const std::string& fold
             readFile(output + ".err")};
 }
 
+ToolResult runBuilt(const std::vector<std::string>& argv, const std::string& folder) {
+    std::vector<std::string> command;
+    std::istringstream emulator(TARGET_EMULATOR);  // space-separated, empty for native builds
+    for (std::string word; emulator >> word;) {
+        command.push_back(word);
+    }
+    command.insert(command.end(), argv.begin(), argv.end());
+    return runTool(command, folder);
+}
+
 bool pixelIs(const Image& image, int x, int y, uint32_t rgba, int tolerance) {
     const uint8_t* p = &image.rgba[(static_cast<size_t>(y) * image.width + x) * 4];
     for (int c = 0; c < 4; ++c) {

@@ -41,6 +41,8 @@ struct ToolResult {
 // Runs `argv` (argv[0] a path, no argument holding a single quote) and waits for it; its
 // output goes to files in `folder`.
 ToolResult runTool(const std::vector<std::string>& argv, const std::string& folder);
+// runTool for a program this build made: through the target's emulator in a cross build.
+ToolResult runBuilt(const std::vector<std::string>& argv, const std::string& folder);
 
 // The pixel at (x, y) from the top left of `image` is `rgba` (0xRRGGBBAA), within `tolerance`
 // in every channel.

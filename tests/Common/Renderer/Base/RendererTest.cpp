@@ -127,7 +127,9 @@ TEST_F(RendererTest, NullDataIsKeptAndOnlyNullReadsAreSkippedWithOneLineEach) {
     LogCapture log;
     Drawable drawable;
     drawable.mDimension = 2;
-    drawable.mIndices = {0, 1, 2};  // the lower-left half; no positions yet
+    drawable.mIndices = {0, 1, 2};  // the lower-left half
+    // Vertices to size the buffer by, none handed over yet: reading past a buffer is undefined.
+    drawable.mPositions2 = strip().mPositions2;
     Renderer renderer(program(kFlatVertex, kFlatFragment), drawable);
     EXPECT_EQ(renderer.addAttribute("aPosition", nullptr, 2, false), 0);
     EXPECT_EQ(renderer.addUniform("uColor", nullptr, Uniform::kVec4, 1), 0);
@@ -137,7 +139,6 @@ TEST_F(RendererTest, NullDataIsKeptAndOnlyNullReadsAreSkippedWithOneLineEach) {
     renderer.draw();
     EXPECT_EQ(calls.count("glDrawElements"), 2);
 
-    drawable.mPositions2 = strip().mPositions2;
     renderer.mAttributes[0]->mData = drawable.mPositions2.data();
     renderer.mUniforms[0]->mData = &kRed;
     renderer.draw();

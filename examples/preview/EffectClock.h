@@ -1,0 +1,12 @@
+#pragma once
+
+namespace qam::preview {
+
+// The time effects see (CLOCK_REALTIME, which the library's timers read). It follows the wall
+// clock until fixEffectClock(); from then on it stands at the start of that second and moves
+// only by advanceEffectClock(), so a run draws the same frames however fast the machine is.
+// The library's own clock code is untouched: this process's clock_gettime answers it.
+void fixEffectClock();
+void advanceEffectClock(double seconds);
+
+}  // namespace qam::preview
