@@ -12,14 +12,12 @@ jobs=${JOBS:-2}
 targets=(ModelObject Host)
 declare -A seconds=([ModelObject]=60 [Host]=150)
 
-# The host fuzzer draws on Mesa's headless llvmpipe, whose own lasting allocations are not ours.
-export EGL_PLATFORM=surfaceless LP_NUM_THREADS=0
-export LSAN_OPTIONS=suppressions=$root/tests/lsan.supp:print_suppressions=0
-export UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1
-
 CC=clang CXX=clang++ cmake -S "$root" -B "$build" -DCMAKE_BUILD_TYPE=RelWithDebInfo \
     -DTALVEQAM_FUZZ=ON -DTALVEQAM_BENCHMARKS=OFF >/dev/null
 cmake --build "$build" -j "$jobs" --target "${targets[@]/%/Fuzz}"
+# The tests' environment: the host fuzzer draws on Mesa's headless llvmpipe, whose own lasting
+# allocations are not ours.
+. "$build/test-environment.sh"
 
 # libFuzzer adds what it finds to the first corpus directory: work on a copy.
 work=$(mktemp -d)

@@ -24,6 +24,7 @@
 #include "examples/effects/common/BackgroundLink.h"
 #include "examples/effects/common/NamedTextures.h"
 #include "examples/effects/common/SpriteLayer.h"
+#include "examples/effects/common/SurfaceSize.h"
 #include "examples/effects/ripple/RippleImages.h"
 
 namespace {
@@ -142,9 +143,8 @@ class Ripple : private RippleAnimations, public vi::Effect {
     }
 
   private:
-    // init takes any size; a negative one is an empty surface.
-    float width() const { return std::max(mScreenSizeF.x, 0.0f); }
-    float height() const { return std::max(mScreenSizeF.y, 0.0f); }
+    float width() const { return qam::samples::surfaceSize(mScreenSizeF).x; }
+    float height() const { return qam::samples::surfaceSize(mScreenSizeF).y; }
 
     void send(float speed) {
         if (mWaves.size() == kMostWaves) {

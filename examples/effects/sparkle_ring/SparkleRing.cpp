@@ -20,6 +20,7 @@
 #include "examples/effects/common/NamedTextures.h"
 #include "examples/effects/common/SampleImage.h"
 #include "examples/effects/common/SpriteLayer.h"
+#include "examples/effects/common/SurfaceSize.h"
 #include "examples/effects/common/Tween.h"
 #include "examples/effects/sparkle_ring/SparkleImages.h"
 
@@ -143,9 +144,8 @@ class SparkleRing : private SparkleAnimations, public vi::Effect {
     }
 
   private:
-    // init takes any size; a negative one is an empty surface.
-    float width() const { return std::max(mScreenSizeF.x, 0.0f); }
-    float height() const { return std::max(mScreenSizeF.y, 0.0f); }
+    float width() const { return qam::samples::surfaceSize(mScreenSizeF).x; }
+    float height() const { return qam::samples::surfaceSize(mScreenSizeF).y; }
 
     void fadeGlow(float to, float seconds) {
         const float from = mGlow.value();

@@ -24,6 +24,7 @@
 #include "examples/effects/common/BackgroundLink.h"
 #include "examples/effects/common/NamedTextures.h"
 #include "examples/effects/common/SpriteLayer.h"
+#include "examples/effects/common/SurfaceSize.h"
 #include "examples/effects/common/Tween.h"
 #include "examples/effects/watercolour/WatercolourImages.h"
 
@@ -164,9 +165,8 @@ class Watercolour : private WatercolourAnimations, public vi::Effect {
         mDrying = kDryingFrames;
     }
 
-    // init takes any size; a negative one is an empty surface.
-    float width() const { return std::max(mScreenSizeF.x, 0.0f); }
-    float height() const { return std::max(mScreenSizeF.y, 0.0f); }
+    float width() const { return qam::samples::surfaceSize(mScreenSizeF).x; }
+    float height() const { return qam::samples::surfaceSize(mScreenSizeF).y; }
 
     // Every GL object for the screen size: frame-buffer objects, layers, images.
     void build() {
