@@ -10,6 +10,7 @@
 
 #if defined(__SSE2__)
 #include <emmintrin.h>
+#include <unistd.h>
 #elif defined(__ARM_NEON)
 #include <arm_neon.h>
 #endif
@@ -28,16 +29,32 @@ inline void argbToRgbaScalar(uint32_t* pixels, size_t count, bool opaque, uint32
     }
 }
 
-// Four values at a time where the machine has vectors, `rgba` at any alignment.
-inline void argbToRgba(uint32_t* pixels, size_t count, bool opaque, void* rgba) {
+// Streaming stores skip the cache, which pays only when the image and its copy would not fit
+// in it anyway: below that they are slower than plain stores.
+inline size_t streamingThreshold() {
+#if defined(__SSE2__) && defined(_SC_LEVEL3_CACHE_SIZE)
+    static const size_t bytes = [] {
+        const long cache = sysconf(_SC_LEVEL3_CACHE_SIZE);
+        return cache > 0 ? static_cast<size_t>(cache) / 2 : size_t{16} << 20;
+    }();
+    return bytes;
+#else
+    return SIZE_MAX;
+#endif
+}
+
+// Four values at a time where the machine has vectors, `rgba` at any alignment. The copy is
+// streamed when it is larger than `streamAbove` bytes.
+inline void argbToRgba(uint32_t* pixels, size_t count, bool opaque, void* rgba,
+                       [[maybe_unused]] size_t streamAbove = streamingThreshold()) {
     auto* out = static_cast<uint32_t*>(rgba);
     size_t i = 0;
 #if defined(__SSE2__)
     const __m128i keep = _mm_set1_epi32(static_cast<int>(0xFF00FF00u));
     const __m128i lowByte = _mm_set1_epi32(0xFF);
     const __m128i alphaBits = _mm_set1_epi32(static_cast<int>(opaque ? 0xFF000000u : 0u));
-    // The copy is not read again soon: aligned, it bypasses the cache.
-    const bool streamOut = (reinterpret_cast<uintptr_t>(out) & 15) == 0;
+    const bool streamOut =
+        (reinterpret_cast<uintptr_t>(out) & 15) == 0 && count * sizeof *out > streamAbove;
     for (; i + 4 <= count; i += 4) {
         const __m128i v = _mm_loadu_si128(reinterpret_cast<const __m128i*>(pixels + i));
         const __m128i red = _mm_and_si128(_mm_srli_epi32(v, 16), lowByte);
@@ -51,7 +68,9 @@ inline void argbToRgba(uint32_t* pixels, size_t count, bool opaque, void* rgba) 
             _mm_storeu_si128(reinterpret_cast<__m128i*>(out + i), swapped);
         }
     }
-    _mm_sfence();
+    if (streamOut) {
+        _mm_sfence();
+    }
 #elif defined(__ARM_NEON)
     const uint32x4_t keep = vdupq_n_u32(0xFF00FF00u);
     const uint32x4_t lowByte = vdupq_n_u32(0xFFu);
