@@ -9,6 +9,7 @@ BUILD_TSAN  ?= build-tsan
 BUILD_FUZZ  ?= build-fuzz
 BUILD_ARM64 ?= build-arm64
 BUILD_ARMHF ?= build-armhf
+BUILD_DEMO  ?= build-demo
 JOBS        ?= $(shell nproc)
 CTEST_FLAGS ?= --output-on-failure --no-tests=error -j $(JOBS) --timeout 600
 
@@ -24,8 +25,14 @@ build: setup
 	cmake -S . -B $(BUILD) -DCMAKE_BUILD_TYPE=RelWithDebInfo
 	cmake --build $(BUILD) -j $(JOBS)
 
-demo: build
-	bash scripts/demo.sh $(BUILD)
+# Only the library, the samples and the preview, optimised, in a folder of their own.
+demo:
+	@bash scripts/setup.sh demo
+	cmake -S . -B $(BUILD_DEMO) -DCMAKE_BUILD_TYPE=Release -DTALVEQAM_TESTS=OFF \
+	      -DTALVEQAM_BENCHMARKS=OFF
+	cmake --build $(BUILD_DEMO) -j $(JOBS) --target qam-preview qam_watercolour qam_sparkle_ring \
+	      qam_ripple
+	bash scripts/demo.sh $(BUILD_DEMO)
 
 test: test-ratio test-plain test-sanitize test-threads test-arm64 test-armhf test-fuzz
 

@@ -14,6 +14,7 @@ using ClockFunction = int (*)(clockid_t, timespec*);
 constexpr int64_t kNanosecondsPerSecond = 1000000000;
 std::atomic<bool> gFixed{false};
 std::atomic<int64_t> gFixedNanoseconds{0};
+int64_t gOrigin = 0;
 
 int wallClock(clockid_t clock, timespec* time) {
     static const auto next = reinterpret_cast<ClockFunction>(dlsym(RTLD_NEXT, "clock_gettime"));
@@ -40,12 +41,17 @@ void fixEffectClock() {
     timespec wall{};
     wallClock(CLOCK_REALTIME, &wall);
     // A whole second: every difference the effect takes is then the same on every run.
-    gFixedNanoseconds.store(static_cast<int64_t>(wall.tv_sec) * kNanosecondsPerSecond);
+    gOrigin = static_cast<int64_t>(wall.tv_sec) * kNanosecondsPerSecond;
+    gFixedNanoseconds.store(gOrigin);
     gFixed.store(true, std::memory_order_release);
 }
 
 void advanceEffectClock(double seconds) {
     gFixedNanoseconds.fetch_add(std::llround(seconds * kNanosecondsPerSecond));
+}
+
+void setEffectClock(double seconds) {
+    gFixedNanoseconds.store(gOrigin + std::llround(seconds * kNanosecondsPerSecond));
 }
 
 }  // namespace qam::preview

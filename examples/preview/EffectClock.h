@@ -8,5 +8,8 @@ namespace qam::preview {
 // The library's own clock code is untouched: this process's clock_gettime answers it.
 void fixEffectClock();
 void advanceEffectClock(double seconds);
+// Sets the clock `seconds` after the second it was fixed at: rates that divide each other then
+// give the same times at the same moments, with no rounding carried from frame to frame.
+void setEffectClock(double seconds);
 
 }  // namespace qam::preview

@@ -1,6 +1,9 @@
 #pragma once
 
 #include <string>
+#include <vector>
+
+#include "examples/preview/GoldenFrames.h"
 
 namespace qam::preview {
 
@@ -18,6 +21,12 @@ struct Options {
     double rate = 30.0;
     bool window = false;
     bool help = false;
+    bool stats = false;
+    bool fixedClock = false;  // also on with --record and --compare
+    std::string record;       // the golden frames' folder, when recording
+    std::string compare;      // the golden frames' folder, when comparing
+    std::vector<int> keep;    // empty: every frame
+    GoldenTolerance tolerance;
 };
 
 // Reads argv; false with a one-line reason in `error` on a bad command line.

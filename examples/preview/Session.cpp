@@ -30,9 +30,9 @@ Session::~Session() {
     vi::Host::destroy(mSlot);
 }
 
-bool Session::loadEffect(const std::string& path, std::string& error) {
-    // The host only logs what dlopen and dlsym say; asking them first gives the user one
-    // clear reason. A bare file name means this folder, not the loader's search path.
+// The host only logs what dlopen and dlsym say; asking them first gives the user one clear
+// reason. A bare file name means this folder, not the loader's search path.
+bool Session::isEffectLibrary(const std::string& path, std::string& error) {
     char absolute[PATH_MAX];
     if (realpath(path.c_str(), absolute) == nullptr) {
         error = path + ": no such effect library";
@@ -47,6 +47,13 @@ bool Session::loadEffect(const std::string& path, std::string& error) {
     dlclose(library);
     if (!hasCreateScene) {
         error = path + ": not an effect library: it exports no \"createScene\"";
+    }
+    return hasCreateScene;
+}
+
+bool Session::loadEffect(const std::string& path, std::string& error) {
+    char absolute[PATH_MAX];
+    if (!isEffectLibrary(path, error) || realpath(path.c_str(), absolute) == nullptr) {
         return false;
     }
     if (!vi::Host::loadEffect(mSlot, absolute, mResourceNames)) {

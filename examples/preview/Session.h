@@ -18,6 +18,8 @@ class Session {
     Session(const Session&) = delete;
     Session& operator=(const Session&) = delete;
 
+    // Whether `path` is an effect library the loader can open; false with the reason in `error`.
+    static bool isEffectLibrary(const std::string& path, std::string& error);
     // Opens the library and creates its effect; false with the reason in `error`.
     bool loadEffect(const std::string& path, std::string& error);
     const std::vector<std::string>& resourceNames() const { return mResourceNames; }

@@ -1,13 +1,8 @@
 // qam-preview: hosts an effect library through the same entry points as the Java side and
 // renders a scripted run, headless into pictures or live in an X11 window.
-#include <GLES2/gl2.h>
-
-#include <chrono>
 #include <cstdio>
 #include <memory>
-#include <optional>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include "Common/Platform/AssetDirectory.h"
@@ -16,17 +11,14 @@
 #include "examples/preview/HeadlessSurface.h"
 #include "examples/preview/Options.h"
 #include "examples/preview/PreviewConfig.h"
-#include "examples/preview/Progress.h"
+#include "examples/preview/PreviewRun.h"
 #include "examples/preview/Resources.h"
-#include "examples/preview/RunOutput.h"
 #include "examples/preview/Script.h"
-#include "examples/preview/Session.h"
 #include "examples/preview/WindowSurface.h"
 
 namespace {
 
 using namespace qam::preview;
-using Clock = std::chrono::steady_clock;
 
 constexpr int kDefaultFrames = 60;
 constexpr int kFailed = 1;
@@ -40,107 +32,6 @@ int fail(const std::string& message) {
 std::string folderOf(const std::string& path) {
     const size_t slash = path.rfind('/');
     return slash == std::string::npos ? "." : slash == 0 ? "/" : path.substr(0, slash);
-}
-
-// Frames to draw: as asked, else enough for the script; 0 means until the window closes.
-int frameCount(const Options& options, const Script& script) {
-    if (options.frames > 0) {
-        if (script.lastFrame() >= options.frames) {
-            fprintf(stderr, "qam-preview: script events after frame %d are not reached\n",
-                    options.frames - 1);
-        }
-        return options.frames;
-    }
-    if (options.window) {
-        return 0;
-    }
-    return std::max(kDefaultFrames, script.lastFrame() + 1);
-}
-
-// The timeline: input, one draw and the read-back per frame. Returns the frames drawn, or
-// -1 after a failure it has reported.
-int drawFrames(const Options& options, const Script& script, Surface& surface, Session& session,
-               RunOutput* output, Clock::duration& drawing) {
-    const int frames = frameCount(options, script);
-    Progress progress(frames);
-    const Clock::time_point start = Clock::now();
-    size_t next = 0;
-    int frame = 0;
-    for (; frames == 0 || frame < frames; ++frame) {
-        if (options.rate > 0.0) {
-            std::this_thread::sleep_until(start +
-                                          std::chrono::duration_cast<Clock::duration>(
-                                              std::chrono::duration<double>(frame / options.rate)));
-        }
-        if (!surface.poll(session)) {
-            break;
-        }
-        for (; next < script.events.size() && script.events[next].frame == frame; ++next) {
-            session.apply(script.events[next]);
-        }
-        const Clock::time_point before = Clock::now();
-        session.draw();
-        glFinish();
-        drawing += Clock::now() - before;
-        std::string error;
-        if (output != nullptr &&
-            !output->add(frame, qam::readFramebuffer(options.width, options.height), error)) {
-            fail(error);
-            return -1;
-        }
-        surface.present();
-        progress.update(frame + 1);
-    }
-    return frame;
-}
-
-void report(const Options& options, const RunOutput* output, int frames, Clock::duration drawing) {
-    if (output != nullptr) {
-        printf("qam-preview: %d frames of %dx%d in %s/\n", frames, options.width, options.height,
-               options.out.c_str());
-        if (frames > 0) {
-            printf("  %s ... %s\n", output->framePath(0).c_str(),
-                   output->framePath(frames - 1).c_str());
-            printf("  %s\n", output->sheetPath().c_str());
-        }
-        printf("  %s\n", output->gifPath().c_str());
-    }
-    const double seconds = std::chrono::duration<double>(drawing).count();
-    printf("qam-preview: %.1f frames per second (%d frames drawn in %.3f s)\n",
-           seconds > 0.0 ? frames / seconds : 0.0, frames, seconds);
-}
-
-// Loads the effect on `surface` and runs it; the exit status.
-int host(const Options& options, const std::string& effect, const Script& script,
-         const qam::Image& background, Surface& surface, const std::string& assets) {
-    Session session;
-    std::string error;
-    if (!session.loadEffect(effect, error)) {
-        return fail(error);
-    }
-    // As the Java side does: textures after init, whose first step drops static pixels.
-    session.init(options.width, options.height);
-    if (!loadResources(session, background, assets)) {
-        return kFailed;
-    }
-    std::optional<RunOutput> output;
-    if (!options.window || options.outGiven) {
-        output.emplace(options.out, options.width, options.height);
-        if (!output->open(options.rate, error)) {
-            return fail(error);
-        }
-    }
-    RunOutput* pictures = output ? &*output : nullptr;
-    Clock::duration drawing{};
-    const int frames = drawFrames(options, script, surface, session, pictures, drawing);
-    if (frames < 0) {
-        return kFailed;
-    }
-    if (output && !output->finish(error)) {
-        return fail(error);
-    }
-    report(options, pictures, frames, drawing);
-    return 0;
 }
 
 int run(const Options& options, const std::string& effect, const Script& script,
@@ -157,7 +48,7 @@ int run(const Options& options, const std::string& effect, const Script& script,
     }
     const std::string assets = options.assets.empty() ? folderOf(effect) : options.assets;
     vi::File::getAssetManager() = vi::AssetDirectory::open(assets);
-    const int status = host(options, effect, script, background, *surface, assets);
+    const int status = PreviewRun(options, script, background, effect, assets).execute(*surface);
     vi::AssetDirectory::close(vi::File::getAssetManager());
     vi::File::getAssetManager() = nullptr;
     return status;

@@ -108,4 +108,38 @@ TEST_F(PreviewRunTest, BrokenInputFailsWithOneClearMessageAndNoPictures) {
     }
 }
 
+// The counts come from the GL calls of the library and the effect, which draws one quad a
+// frame; golden frames of orange fail against a pink run, frame by frame.
+TEST_F(PreviewRunTest, CountsTheFramesGlWorkAndComparesWithGoldenFrames) {
+    qam::test::writeFile(mFolder + "/orange.txt", "0 param 0 1\n0 param 1 0.5\n0 param 3 1\n");
+    qam::test::writeFile(mFolder + "/pink.txt", "0 param 0 1\n0 param 2 1\n0 param 3 1\n");
+    const std::vector<std::string> run = {"--frames", "4", "--size", "32x16", "--rate", "60"};
+    auto with = [&](std::vector<std::string> more) {
+        more.insert(more.begin(), run.begin(), run.end());
+        return preview(RECORDING_EFFECT_PATH, more);
+    };
+    ToolResult result = with({"--stats", "--script", mFolder + "/orange.txt", "--record",
+                              mFolder + "/golden", "--keep", "1,3"});
+    ASSERT_EQ(result.status, 0) << result.err;
+    const std::string stats = qam::test::readFile(mOut + "/stats.json");
+    for (const char* expected : {"\"frames\": 4", "\"fullScreenPasses\": 4}",
+                                 "\"total\": {\"drawCalls\": 4, \"vertices\": 16, "
+                                 "\"programSwitches\": 1,"}) {
+        EXPECT_NE(stats.find(expected), std::string::npos) << expected << "\n" << stats;
+    }
+    EXPECT_TRUE(std::regex_search(result.out, std::regex("drawCalls +0 +4 ")));
+    EXPECT_EQ(fs::exists(mFolder + "/golden/frame-0001.png"),
+              !fs::exists(mFolder + "/golden/frame-0000.png"));
+
+    result = with({"--script", mFolder + "/orange.txt", "--compare", mFolder + "/golden"});
+    EXPECT_EQ(result.status, 0) << result.err;
+    result = with({"--script", mFolder + "/pink.txt", "--compare", mFolder + "/golden"});
+    EXPECT_EQ(result.status, 1);
+    for (const std::string frame : {"1", "3"}) {
+        EXPECT_NE(result.err.find("frame " + frame + ": 512 of 512 pixels"), std::string::npos)
+            << result.err;
+        EXPECT_TRUE(fs::exists(mOut + "/diff-000" + frame + ".png"));
+    }
+}
+
 }  // namespace

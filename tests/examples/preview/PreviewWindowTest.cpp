@@ -1,11 +1,25 @@
 // qam-preview --window, run by ctest under xvfb-run.
 #include <gtest/gtest.h>
 
+#include <chrono>
+#include <future>
+#include <thread>
+
 #include "tests/examples/preview/ToolRun.h"
 
 namespace {
 
+using qam::test::readFile;
 using qam::test::runBuilt;
+
+// Waits up to a minute for `ready`; false when it never is.
+template <typename Condition>
+bool await(Condition ready) {
+    for (int tries = 0; tries < 600 && !ready(); ++tries) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(100));
+    }
+    return ready();
+}
 
 TEST(PreviewWindowTest, DrawsTheScriptedFramesIntoAnXWindowAndStopsByItselfOrSaysItCannot) {
     const std::string display = getenv("DISPLAY") != nullptr ? getenv("DISPLAY") : "";
@@ -36,6 +50,53 @@ TEST(PreviewWindowTest, DrawsTheScriptedFramesIntoAnXWindowAndStopsByItselfOrSay
     EXPECT_EQ(headless.status, 1);
     EXPECT_NE(headless.err.find("--window: cannot open the X display"), std::string::npos)
         << headless.err;
+}
+
+// A broken build leaves the running effect alone; a good one replaces it in the open window,
+// and the script goes on with the new effect, which starts from its defaults (black).
+TEST(PreviewWindowTest, ReloadsTheEffectWhenItsLibraryIsRebuilt) {
+    const std::string folder = qam::test::freshFolder();
+    const std::string effect = folder + "/effect.so", out = folder + "/out";
+    std::filesystem::create_directories(folder + "/assets");
+    std::filesystem::copy_file(RECORDING_EFFECT_PATH, effect);
+    qam::test::writeFile(folder + "/run.txt",
+                         "0 param 1 0.4\n0 param 2 1\n3 param 0 1\n299 param 2 1\n");
+    auto run = std::async(std::launch::async, [&] {
+        return runBuilt(
+            {QAM_PREVIEW, effect, "--window", "--frames", "300", "--size", "64x48", "--script",
+             folder + "/run.txt", "--assets", folder + "/assets", "--out", out, "--rate", "60"},
+            folder);
+    });
+    auto said = [&](const std::string& stream, const std::string& text) {  // so far
+        for (const auto& file : std::filesystem::directory_iterator(folder)) {
+            if (file.path().extension() == stream &&
+                readFile(file.path()).find(text) != std::string::npos) {
+                return true;
+            }
+        }
+        return false;
+    };
+    ASSERT_TRUE(await([&] { return std::filesystem::exists(out + "/frame-0010.png"); }));
+    qam::test::writeFile(effect, "a build cut short");
+    ASSERT_TRUE(await([&] { return said(".err", "not reloaded, the running effect stays"); }));
+    std::filesystem::copy_file(RECORDING_EFFECT_PATH, effect,
+                               std::filesystem::copy_options::overwrite_existing);
+    ASSERT_TRUE(await([&] { return said(".out", "reloaded " + effect); }));
+    const qam::test::ToolResult result = run.get();
+    ASSERT_EQ(result.status, 0) << result.err;
+    int frame = 0;
+    ASSERT_EQ(
+        sscanf(result.out.substr(result.out.find(" at frame ")).c_str(), " at frame %d", &frame),
+        1);
+    ASSERT_LT(frame, 299);
+    for (auto [at, colour] :
+         {std::pair{frame - 1, 0xFF66FFFFu}, {frame, 0x000000FFu}, {299, 0x0000FFFFu}}) {
+        qam::Image image;
+        char name[32];
+        snprintf(name, sizeof name, "/frame-%04d.png", at);
+        ASSERT_TRUE(qam::readPng(out + name, image));
+        EXPECT_TRUE(qam::test::pixelIs(image, 40, 30, colour)) << at;
+    }
 }
 
 }  // namespace
