@@ -2,11 +2,11 @@
 // picture outward as it passes and leaves it to settle; a held finger sends one after another,
 // unlock a last, strong one.
 //
-// Per frame: the radial water brush paints each wave front's outward push into one
-// frame-buffer object, the background advect water brush carries the previous picture along
-// it into the next of two pictures in ping-pong (settling 3 % a frame towards the background),
-// and the mix water brush shows that picture over the background where waves have passed,
-// slightly brighter and more saturated, like wet paint.
+// Every 60th of a second of the clock: the radial water brush paints each wave front's outward
+// push into one frame-buffer object, and the background advect water brush carries the previous
+// picture along it into the next of two pictures in ping-pong (settling 3 % a step towards the
+// background). Every frame the mix water brush shows that picture over the background where
+// waves have passed, slightly brighter and more saturated, like wet paint.
 #include <GLES2/gl2.h>
 #include <GLES2/gl2ext.h>
 
@@ -22,6 +22,7 @@
 #include "Kinetra/Layers/KNDrawMixWaterBrush.h"
 #include "Kinetra/Layers/KNDrawRadialWaterBrush.h"
 #include "examples/effects/common/BackgroundLink.h"
+#include "examples/effects/common/ClockSteps.h"
 #include "examples/effects/common/NamedTextures.h"
 #include "examples/effects/common/SpriteLayer.h"
 #include "examples/effects/common/SurfaceSize.h"
@@ -30,6 +31,7 @@
 namespace {
 
 using Kinetra::KNFBO;
+using qam::samples::ClockSteps;
 
 const char* const kFront = "ripple.front";
 const char* const kWater = "ripple.water";
@@ -41,7 +43,7 @@ constexpr float kSpeed = 0.8f;  // of the radius, a second
 constexpr float kUnlockSpeed = 1.6f;
 constexpr float kLifeSeconds = 1.6f;
 constexpr float kRainSeconds = 0.45f;  // between waves from a held finger
-constexpr float kPush = 12.0f;         // the advect brush's radial scalar: up to 2.3 % a frame
+constexpr float kPush = 12.0f;         // the advect brush's radial scalar: up to 2.3 % a step
 constexpr size_t kMostWaves = 6;
 // Water that waves pass over looks brighter and more saturated: fully on the fronts, by
 // this share behind them.
@@ -55,10 +57,11 @@ struct Wave {
     float speed;
 };
 
-// The manager outlives the vi::Effect base, which stops its animations as it goes; the waves
-// keep their own time.
+// The manager and the steps outlive the vi::Effect base, which stops all animations as it
+// goes; the waves keep their own time.
 struct RippleAnimations {
     vi::AnimationManager<RippleAnimations> mAnimations;
+    ClockSteps mSteps;
 };
 
 class Ripple : private RippleAnimations, public vi::Effect {
@@ -66,6 +69,11 @@ class Ripple : private RippleAnimations, public vi::Effect {
     Ripple() : Effect(&mAnimations) {
         makeCurrent();
         mResourceNames = {"bg"};
+        mAnimations.addAnimation(&mSteps);
+        mSteps.setStep([this](float now) {
+            prepare();
+            step(now);
+        });
         mImages.add(kFront, qam::samples::rippleFront(128), GL_CLAMP_TO_EDGE, GL_LINEAR);
         mImages.add(kWater, qam::samples::rippleWater(64), GL_CLAMP_TO_EDGE, GL_LINEAR);
         mImages.add(kStill, qam::samples::rippleStill(), GL_CLAMP_TO_EDGE, GL_NEAREST);
@@ -83,7 +91,7 @@ class Ripple : private RippleAnimations, public vi::Effect {
     void onTouchDown(const glm::vec2& position) override {
         mTouching = true;
         mFinger = position * mScreenSizeF;
-        send(kSpeed);
+        send(kSpeed, ClockSteps::stepAt(vi::IAnimationManager::mNow));
     }
     void onTouchMove(const glm::vec2& position) override {
         if (mTouching) {
@@ -101,26 +109,33 @@ class Ripple : private RippleAnimations, public vi::Effect {
             mFinger = 0.5f * mScreenSizeF;
         }
         mTouching = false;
-        send(kUnlockSpeed);
+        send(kUnlockSpeed, ClockSteps::stepAt(vi::IAnimationManager::mNow));
     }
 
     bool draw() override {
+        prepare();
+        mSteps.run(vi::IAnimationManager::mNow);
+        compose();
+        return mTouching || !mWaves.empty();
+    }
+
+  private:
+    float width() const { return qam::samples::surfaceSize(mScreenSizeF).x; }
+    float height() const { return qam::samples::surfaceSize(mScreenSizeF).y; }
+
+    // Every GL object built, the background handed over, the water ready to step.
+    void prepare() {
         if (mBuilt && mBuiltFor != mEglContext) {
             forget();  // the host rebuilds only its own objects before a frame
         }
         if (!mBuilt) {
             build();
         }
-        const float now = vi::IAnimationManager::mNow;
-        if (mTouching && (mWaves.empty() || now - mWaves.back().born >= kRainSeconds)) {
-            send(kSpeed);
-        }
-        const bool waving = !mWaves.empty();
+        // Waves sent before the clock restarted lie in its future, where they would stay
+        // unfaded for long.
+        const float step = ClockSteps::stepAt(vi::IAnimationManager::mNow);
         mWaves.erase(std::remove_if(mWaves.begin(), mWaves.end(),
-                                    [now](const Wave& wave) {
-                                        return now - wave.born >= kLifeSeconds ||
-                                               now < wave.born;  // a restarted clock
-                                    }),
+                                    [step](const Wave& wave) { return wave.born > step; }),
                      mWaves.end());
         if (mBackgroundLink.refresh(*this) || mBackgroundChanged) {
             mBackgroundChanged = false;
@@ -132,25 +147,32 @@ class Ripple : private RippleAnimations, public vi::Effect {
         if (mStale) {
             settle();
         }
-        paintFronts(now);
-        advect();
-        compose();
-        if (waving && mWaves.empty()) {
-            // The last front has faded out, and with it the water shown: start calm again.
-            mStale = true;
-        }
-        return mTouching || !mWaves.empty();
     }
 
-  private:
-    float width() const { return qam::samples::surfaceSize(mScreenSizeF).x; }
-    float height() const { return qam::samples::surfaceSize(mScreenSizeF).y; }
-
-    void send(float speed) {
+    // A wave from the finger, starting with the step at clock time `born`.
+    void send(float speed, float born) {
         if (mWaves.size() == kMostWaves) {
             mWaves.erase(mWaves.begin());
         }
-        mWaves.push_back({mFinger, vi::IAnimationManager::mNow, speed});
+        mWaves.push_back({mFinger, born, speed});
+    }
+
+    // A 60th of a second of the water at clock time `now`.
+    void step(float now) {
+        if (mTouching && (mWaves.empty() || now - mWaves.back().born >= kRainSeconds)) {
+            send(kSpeed, now);
+        }
+        const bool waving = !mWaves.empty();
+        mWaves.erase(
+            std::remove_if(mWaves.begin(), mWaves.end(),
+                           [now](const Wave& wave) { return now - wave.born >= kLifeSeconds; }),
+            mWaves.end());
+        paintFronts(now);
+        advect();
+        if (waving && mWaves.empty()) {
+            // The last front has faded out, and with it the water shown: start calm again.
+            settle();
+        }
     }
 
     void build() {
@@ -159,7 +181,7 @@ class Ripple : private RippleAnimations, public vi::Effect {
         }
         const float w = width();
         const float h = height();
-        // The picture settles by 3 % of what is left a frame: 8 bits would stop it short.
+        // The picture settles by 3 % of what is left a step: 8 bits would stop it short.
         const char* extensions = reinterpret_cast<const char*>(glGetString(GL_EXTENSIONS));
         const bool halfFloat = extensions != nullptr &&
                                strstr(extensions, "GL_EXT_color_buffer_half_float") != nullptr &&
@@ -215,11 +237,14 @@ class Ripple : private RippleAnimations, public vi::Effect {
     // bottom-up) and the mix brush turns it back: waves go in mirrored.
     glm::vec2 mirrored(const glm::vec2& p) const { return {p.x, height() - p.y}; }
 
-    // Calm water: both pictures the background, as the advect brush gives it where no field is.
+    // Calm water: both pictures the background, as the advect brush gives it where no field is,
+    // and none of it shown.
     void settle() {
-        mField.bindFBOSurface();
-        mField.setClearColor(0, 0, 0, 0);
-        mField.clearFBOSurface();
+        for (KNFBO* fbo : {&mField, &mWet}) {
+            fbo->bindFBOSurface();
+            fbo->setClearColor(0, 0, 0, 0);
+            fbo->clearFBOSurface();
+        }
         for (KNFBO& picture : mPicture) {
             picture.bindFBOSurface();
             mAdvect.setVelocityRadialTextureID(mImages.id(kStill), mField.getFBOTexture());

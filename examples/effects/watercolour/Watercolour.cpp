@@ -2,10 +2,11 @@
 // under it, swirls a little and dries into a stain. clear washes the painting away, unlock
 // lets it bloom over the whole screen while it fades out.
 //
-// Per frame: a radial colour brush paints the flow field under the finger into one
-// frame-buffer object, a radial colour brush colour the pigment into another, the advect
-// brush carries the previous painting along the field into the next of two paintings in
-// ping-pong, and the painting is composed over the background on the screen.
+// Every 60th of a second of the clock: a radial colour brush paints the flow field under the
+// finger into one frame-buffer object, a radial colour brush colour the pigment into another,
+// and the advect brush carries the previous painting along the field into the next of two
+// paintings in ping-pong. Every frame the painting is composed over the background on the
+// screen.
 #include <GLES2/gl2.h>
 #include <GLES2/gl2ext.h>
 
@@ -22,6 +23,7 @@
 #include "Kinetra/Layers/KNDrawRadialColorBrush.h"
 #include "Kinetra/Layers/KNDrawRadialColorBrushColor.h"
 #include "examples/effects/common/BackgroundLink.h"
+#include "examples/effects/common/ClockSteps.h"
 #include "examples/effects/common/NamedTextures.h"
 #include "examples/effects/common/SpriteLayer.h"
 #include "examples/effects/common/SurfaceSize.h"
@@ -41,14 +43,14 @@ const char* const kFlow = "watercolour.flow";
 // Sizes as fractions of the screen width.
 constexpr float kPigmentSize = 0.24f;
 constexpr float kFieldSize = 0.75f;
-// The field's strength under the finger: about 0.7 % of the width a frame outward.
+// The field's strength under the finger: about 0.7 % of the width a step outward.
 constexpr float kFlowStep = 0.35f;
 constexpr float kBloomSeconds = 0.8f;  // the flow dying down after the finger lifts
 constexpr float kClearSeconds = 0.5f;
 constexpr float kExitSeconds = 0.9f;
-// Frames drawn after the last change while the paint drifts back towards the background,
-// by then about 3 % of the way off it.
-constexpr int kDryingFrames = 450;
+// Steps taken after the last change while the paint drifts back towards the background, by
+// then about 3 % of the way off it.
+constexpr int kDryingSteps = 450;
 
 // The manager and its animations outlive the vi::Effect base, which stops them all as it goes.
 struct WatercolourAnimations {
@@ -56,6 +58,7 @@ struct WatercolourAnimations {
     Tween mBloom{1, 0, kBloomSeconds};
     Tween mWash{1, 0, kClearSeconds, Kinetra::SineInOut50::getInterpolation};
     Tween mExit{0, 1, kExitSeconds, Kinetra::SineInOut50::getInterpolation};
+    qam::samples::ClockSteps mSteps;
 };
 
 class Watercolour : private WatercolourAnimations, public vi::Effect {
@@ -63,9 +66,19 @@ class Watercolour : private WatercolourAnimations, public vi::Effect {
     Watercolour() : Effect(&mAnimations) {
         makeCurrent();
         mResourceNames = {"bg"};
+        // Each step moves the tweens to its own time before it reads them. The steps go first,
+        // so that a frame's earlier ones find the tweens where the last frame left them.
+        mAnimations.addAnimation(&mSteps);
         mAnimations.addAnimation(&mBloom);
         mAnimations.addAnimation(&mWash);
         mAnimations.addAnimation(&mExit);
+        mSteps.setStep([this](float now) {
+            for (Tween* tween : {&mBloom, &mWash, &mExit}) {
+                tween->update(now);
+            }
+            prepare();
+            step();
+        });
         mImages.add(kBlot, qam::samples::watercolourBlot(128), GL_CLAMP_TO_EDGE, GL_LINEAR);
         mImages.add(kWash, qam::samples::watercolourWash(64), GL_CLAMP_TO_EDGE, GL_LINEAR);
         mImages.add(kPigments, qam::samples::watercolourPigments(64, 112), GL_CLAMP_TO_EDGE,
@@ -126,6 +139,25 @@ class Watercolour : private WatercolourAnimations, public vi::Effect {
     }
 
     bool draw() override {
+        prepare();
+        mSteps.run(vi::IAnimationManager::mNow);
+        compose();
+        if (mLeaving) {
+            return mExit.isRunning();
+        }
+        return mDrying > 0 || mWashing;
+    }
+
+  private:
+    void moveTo(const glm::vec2& position) {
+        // Events are normalised with the origin at the bottom left, as the layers draw.
+        mFinger = position * mScreenSizeF;
+        mTouched = true;
+        mDrying = kDryingSteps;
+    }
+
+    // Every GL object built, the background handed over, the paint ready to step.
+    void prepare() {
         if (mBuilt && mBuiltFor != mEglContext) {
             forget();  // the host rebuilds only its own objects before a frame
         }
@@ -142,27 +174,18 @@ class Watercolour : private WatercolourAnimations, public vi::Effect {
         if (mPaintStale) {
             resetPaint();
         }
+    }
+
+    // A 60th of a second of the paint.
+    void step() {
         const bool flowing = paintField();
         const bool pigment = paintPigment();
         advect();
-        compose();
         if (flowing || pigment) {
-            mDrying = kDryingFrames;
+            mDrying = kDryingSteps;
         } else if (mDrying > 0) {
             --mDrying;
         }
-        if (mLeaving) {
-            return mExit.isRunning();
-        }
-        return mDrying > 0 || mWashing;
-    }
-
-  private:
-    void moveTo(const glm::vec2& position) {
-        // Events are normalised with the origin at the bottom left, as the layers draw.
-        mFinger = position * mScreenSizeF;
-        mTouched = true;
-        mDrying = kDryingFrames;
     }
 
     float width() const { return qam::samples::surfaceSize(mScreenSizeF).x; }
@@ -175,7 +198,7 @@ class Watercolour : private WatercolourAnimations, public vi::Effect {
         }
         const float w = width();
         const float h = height();
-        // The painting changes by fractions of a step of 8 bits a frame: with 8-bit targets it
+        // The painting changes by fractions of an 8-bit level a step: with 8-bit targets it
         // would band and stop short of the background. Half floats where the GPU renders them.
         const char* extensions = reinterpret_cast<const char*>(glGetString(GL_EXTENSIONS));
         const bool halfFloat = extensions != nullptr &&
@@ -307,7 +330,7 @@ class Watercolour : private WatercolourAnimations, public vi::Effect {
         mAdvect.setBackgroundTextureID(mBackdrop.getFBOTexture());
         mAdvect.draw();
         // The brush blends by the alpha it writes, below 1 on the rim of fresh pigment: keep
-        // the painting opaque, or the next frame would blend it away further.
+        // the painting opaque, or the next step would blend it away further.
         glColorMask(GL_FALSE, GL_FALSE, GL_FALSE, GL_TRUE);
         next.setClearColor(0, 0, 0, 1);
         next.clearFBOSurface();

@@ -2,20 +2,10 @@
 
 namespace {
 
-struct Sample {
-    const char* name;
-    const char* path;
-    bool dusk;
-};
+using qam::test::Sample;
+using qam::test::SampleEffectsTest;
 
-// What every sample shares. A press is answered when it changes pixels by more than
-// rounding: ripples are faint.
-class SampleEffectsTest : public qam::test::SampleEffectTest,
-                          public ::testing::WithParamInterface<Sample> {
-  protected:
-    SampleEffectsTest() : SampleEffectTest(GetParam().path, GetParam().dusk) {}
-};
-
+// A press is answered when it changes pixels by more than rounding: ripples are faint.
 TEST_P(SampleEffectsTest, ClearBringsTheBackgroundBackAndTheNextTouchIsAnsweredAgain) {
     EXPECT_EQ(paintedPixels(frames(2), kSame), 0);
     ASSERT_GT(paintedPixels(press(), 8), 0);

@@ -27,14 +27,13 @@ struct Frame {
 // A sample effect library hosted as the Java side hosts it, on a 144 x 256 portrait screen
 // over a background of the screen's size, every pixel a little different: light paper that
 // pigment stands out from, or (`dusk`) a dark sky that light stands out from. Positions are GL
-// pixels, (0, 0) bottom left. The effect's clock moves a 60th of a second a frame, however
-// long a frame takes to draw here. The library logs nothing meanwhile.
+// pixels, (0, 0) bottom left. The effect's clock moves mFrameSeconds a frame, however long a
+// frame takes to draw here. The library logs nothing meanwhile.
 class SampleEffectTest : public GLTest {
   protected:
     static constexpr int kScreenWidth = 144, kScreenHeight = 256;
     static constexpr int kCx = 72, kCy = 128;  // the middle
     static constexpr int kSame = 2;            // rounding differs from the background by less
-    static constexpr double kFrameSeconds = 1.0 / 60;
 
     SampleEffectTest(std::string library, bool dusk) : mLibrary(std::move(library)) {
         for (int y = 0; y < kScreenHeight; ++y) {
@@ -50,6 +49,11 @@ class SampleEffectTest : public GLTest {
         gl().resize(kScreenWidth, kScreenHeight);
         glViewport(0, 0, kScreenWidth, kScreenHeight);
         mLog = std::make_unique<LogCapture>();
+        open();
+    }
+    // The effect afresh, on a clock fixed again.
+    void open() {
+        mSession.reset();
         preview::fixEffectClock();
         mSession = std::make_unique<preview::Session>();
         std::string error;
@@ -150,16 +154,32 @@ class SampleEffectTest : public GLTest {
     }
 
     std::unique_ptr<preview::Session> mSession;
+    double mFrameSeconds = 1.0 / 60;
+    std::vector<std::array<int, 4>>
+        mBackground;  // bottom row first as GL reads back; open() hands it over
 
   private:
     bool draw() {
-        preview::advanceEffectClock(kFrameSeconds);
+        preview::advanceEffectClock(mFrameSeconds);
         return mSession->draw();
     }
 
     std::string mLibrary;
-    std::vector<std::array<int, 4>> mBackground;  // bottom row first, as GL reads back
     std::unique_ptr<LogCapture> mLog;
+};
+
+struct Sample {
+    const char* name;
+    const char* path;
+    bool dusk;
+
+    friend void PrintTo(const Sample& sample, std::ostream* out) { *out << sample.name; }
+};
+
+// Each of the three samples, for what they all share.
+class SampleEffectsTest : public SampleEffectTest, public ::testing::WithParamInterface<Sample> {
+  protected:
+    SampleEffectsTest() : SampleEffectTest(GetParam().path, GetParam().dusk) {}
 };
 
 }  // namespace qam::test
