@@ -8,28 +8,13 @@
 #include <system_error>
 #include <utility>
 
+#include "examples/preview/NumberedFiles.h"
+
 namespace qam::preview {
 
 namespace fs = std::filesystem;
 
 namespace {
-
-// "frame-0015.png": four digits at least, as the run names its frames.
-std::string numberedName(const char* prefix, int frame) {
-    char name[32];
-    snprintf(name, sizeof name, "%s-%04d.png", prefix, frame);
-    return name;
-}
-
-void removeNumbered(const std::string& folder, const std::string& prefix) {
-    const std::regex numbered(prefix + "-[0-9]+\\.png");
-    std::error_code failure;
-    for (const fs::directory_entry& entry : fs::directory_iterator(folder, failure)) {
-        if (std::regex_match(entry.path().filename().string(), numbered)) {
-            fs::remove(entry.path(), failure);
-        }
-    }
-}
 
 // The largest difference of one channel of two RGBA pixels.
 inline int pixelDifference(const uint8_t* a, const uint8_t* b) {

@@ -1,9 +1,9 @@
 #include "examples/preview/RunOutput.h"
 
-#include <cstdio>
 #include <filesystem>
-#include <regex>
 #include <system_error>
+
+#include "examples/preview/NumberedFiles.h"
 
 namespace qam::preview {
 
@@ -19,19 +19,12 @@ bool RunOutput::open(double rate, std::string& error) {
         error = mFolder + ": cannot create the output folder: " + failure.message();
         return false;
     }
-    static const std::regex kFrame("frame-[0-9]+\\.png");
-    for (const fs::directory_entry& entry : fs::directory_iterator(mFolder, failure)) {
-        if (std::regex_match(entry.path().filename().string(), kFrame)) {
-            fs::remove(entry.path(), failure);
-        }
-    }
+    removeNumbered(mFolder, "frame");
     return mGif.open(gifPath(), mWidth, mHeight, rate, error);
 }
 
 std::string RunOutput::framePath(int frame) const {
-    char name[32];
-    snprintf(name, sizeof name, "/frame-%04d.png", frame);
-    return mFolder + name;
+    return mFolder + "/" + numberedName("frame", frame);
 }
 
 bool RunOutput::add(int frame, const Image& image, std::string& error) {
