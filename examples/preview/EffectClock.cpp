@@ -46,10 +46,6 @@ void fixEffectClock() {
     gFixed.store(true, std::memory_order_release);
 }
 
-void advanceEffectClock(double seconds) {
-    gFixedNanoseconds.fetch_add(std::llround(seconds * kNanosecondsPerSecond));
-}
-
 void setEffectClock(double seconds) {
     gFixedNanoseconds.store(gOrigin + std::llround(seconds * kNanosecondsPerSecond));
 }

@@ -55,6 +55,7 @@ class SampleEffectTest : public GLTest {
     void open() {
         mSession.reset();
         preview::fixEffectClock();
+        mClockSeconds = 0.0;
         mSession = std::make_unique<preview::Session>();
         std::string error;
         ASSERT_TRUE(mSession->loadEffect(mLibrary, error)) << error;
@@ -155,17 +156,18 @@ class SampleEffectTest : public GLTest {
 
     std::unique_ptr<preview::Session> mSession;
     double mFrameSeconds = 1.0 / 60;
-    std::vector<std::array<int, 4>>
-        mBackground;  // bottom row first as GL reads back; open() hands it over
+    // Bottom row first, as GL reads back; open() hands it over.
+    std::vector<std::array<int, 4>> mBackground;
 
   private:
     bool draw() {
-        preview::advanceEffectClock(mFrameSeconds);
+        preview::setEffectClock(mClockSeconds += mFrameSeconds);
         return mSession->draw();
     }
 
     std::string mLibrary;
     std::unique_ptr<LogCapture> mLog;
+    double mClockSeconds = 0.0;  // since the clock was fixed
 };
 
 struct Sample {

@@ -2,17 +2,18 @@
 #include <GLES2/gl2ext.h>
 #include <gtest/gtest.h>
 
-#include <fstream>
 #include <regex>
-#include <sstream>
 #include <string>
 
 #include "Common/Platform/HeadlessContext.h"
 #include "examples/preview/GlCounting.h"
 #include "examples/preview/RunStats.h"
+#include "tests/examples/preview/ToolRun.h"
 
 namespace qam::preview {
 namespace {
+
+using test::readFile;
 
 void expectCounts(const GlCounts& actual, const GlCounts& expected) {
     for (const GlCounter& counter : kGlCounters) {
@@ -33,12 +34,6 @@ GLuint whiteProgram() {
     glBindAttribLocation(program, 0, "position");
     glLinkProgram(program);
     return program;
-}
-
-std::string contents(const std::string& path) {
-    std::stringstream text;
-    text << std::ifstream(path).rdbuf();
-    return text.str();
 }
 
 TEST(GlCountingTest, CountsEachKindOfWorkOnlyWhileStarted) {
@@ -118,16 +113,16 @@ TEST(RunStatsTest, ReportsSetupTotalsAndEveryFrame) {
           "\"textureBinds\": 2, \"uploadBytes\": 4096,",
           "\"total\": {\"drawCalls\": 8, \"vertices\": 24, \"programSwitches\": 2,",
           "{\"frame\": 1, \"timeMs\": 2.500, \"drawCalls\": 5, \"vertices\": 12,"}) {
-        EXPECT_NE(contents(path).find(part), std::string::npos) << part << " in\n"
-                                                                << contents(path);
+        EXPECT_NE(readFile(path).find(part), std::string::npos) << part << " in\n"
+                                                                << readFile(path);
     }
     EXPECT_FALSE(stats.writeJson(testing::TempDir() + "missing/stats.json", error));
     FILE* table = fopen(path.c_str(), "w");
     stats.print(table);
     fclose(table);
     // Setup, total, mean and max per frame.
-    EXPECT_TRUE(std::regex_search(contents(path), std::regex("\ndrawCalls +0 +8 +4\\.0 +5\n")))
-        << contents(path);
+    EXPECT_TRUE(std::regex_search(readFile(path), std::regex("\ndrawCalls +0 +8 +4\\.0 +5\n")))
+        << readFile(path);
 }
 
 }  // namespace
