@@ -79,6 +79,9 @@ QAM_COUNTED(void, glGenRenderbuffers, (GLsizei n, GLuint* names), (n, names))
 QAM_COUNTED(void, glRenderbufferStorage,
             (GLenum target, GLenum format, GLsizei width, GLsizei height),
             (target, format, width, height))
+QAM_COUNTED(void, glFramebufferRenderbuffer,
+            (GLenum target, GLenum attachment, GLenum renderbufferTarget, GLuint renderbuffer),
+            (target, attachment, renderbufferTarget, renderbuffer))
 QAM_COUNTED(void, glFramebufferTexture2D,
             (GLenum target, GLenum attachment, GLenum textureTarget, GLuint texture, GLint level),
             (target, attachment, textureTarget, texture, level))

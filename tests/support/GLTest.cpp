@@ -18,6 +18,8 @@ void GLTest::SetUp() {
     context.makeCurrent();
     glBindFramebuffer(GL_FRAMEBUFFER, 0);
     glViewport(0, 0, kWidth, kHeight);
+    glPixelStorei(GL_PACK_ALIGNMENT, 4);  // GL's defaults: the code under test may change them
+    glPixelStorei(GL_UNPACK_ALIGNMENT, 4);
     glClearColor(0, 0, 0, 0);
     glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
 }

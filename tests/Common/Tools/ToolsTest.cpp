@@ -41,6 +41,11 @@ TEST_F(CurvesTest, SegmentsFollowTheCatmullRomFormula) {
         {{{10, 40}, {50, 100}, {50, 100}, {90, 20}},
          {{9, 0}, {10, 40}, {50, 100}, {70, 60}, {90, 20}, {91, 0}}},
         {{{0, -100}, {20, 400}}, {{0, 0}, {10, 150}, {20, 255}}},  // clamped below and above
+        // A segment's last entry is its end point: t there is exactly 1.
+        {{{0, 0}, {41, 16}}, {{41, 16}}},
+        {{{0, 0}, {159, 128}}, {{159, 128}}},
+        {{{100, 0}, {141, 64}}, {{141, 64}}},
+        {{{90, 30}, {131, 15}}, {{131, 15}}},
     };
     for (const auto& c : cases) {
         Curves curves(nullptr, 0, c.points.data(), static_cast<int>(c.points.size()), nullptr, 0);
@@ -53,7 +58,7 @@ TEST_F(CurvesTest, SegmentsFollowTheCatmullRomFormula) {
 
 // The table is a 1 x 256 RGBA texture uploaded again on every bind, so later edits show. A
 // one-pixel-wide viewport 256 rows high puts each of its lowest 64 rows on one texel centre.
-TEST_F(CurvesTest, LookupTextureFollowsLaterEditsAndRecomputingReplacesIt) {
+TEST_F(CurvesTest, LookupTextureFollowsLaterEditsAndRecomputingKeepsTheFirstAlive) {
     const Points ramp = {{0, 0}, {255, 255}}, green = {{0, 255}, {128, 30}, {255, 200}};
     Curves curves(ramp.data(), 2, green.data(), 3, nullptr, 0);
     std::unique_ptr<vi::Texture> first(curves.getTexture());  // the effect's to delete

@@ -65,13 +65,22 @@ TEST_F(RendererTest, BuiltInsCarryTheDerivedMatricesAndOpacity) {
     projection[0][0] = 0.5f;
     projection[3][0] = 0.25f;
 
-    Renderer renderer(program(kMvpVertex, fragment), drawable);
-    renderer.addAttribute("aPosition", drawable.mPositions3.data(), 3, true);
-    renderer.draw();
-    // Centre (0.5, 0.25) in clip space, half size (0.125, 0.25): pixels x 44..51, y 32..47.
-    EXPECT_PIXEL_NEAR(pixel(48, 40), 0xFF000080u, 1);
-    for (auto [x, y] : {std::pair{42, 40}, {48, 30}, {48, 49}}) {
-        EXPECT_EQ(pixel(x, y), 0x00000000u) << x << ", " << y;
+    const char* separate =
+        "attribute vec3 aPosition;\n"
+        "uniform mat4 uProjectionMatrix; uniform mat4 uViewMatrix; uniform mat4 uModelMatrix;\n"
+        "void main() {\n"
+        "    gl_Position = uProjectionMatrix * uViewMatrix * uModelMatrix * vec4(aPosition, 1.0);\n"
+        "}";
+    for (const char* vertex : {kMvpVertex, separate}) {
+        clearScreen();
+        Renderer renderer(program(vertex, fragment), drawable);
+        renderer.addAttribute("aPosition", drawable.mPositions3.data(), 3, true);
+        renderer.draw();
+        // Centre (0.5, 0.25) in clip space, half size (0.125, 0.25): pixels x 44..51, y 32..47.
+        EXPECT_PIXEL_NEAR(pixel(48, 40), 0xFF000080u, 1) << vertex;
+        for (auto [x, y] : {std::pair{42, 40}, {48, 30}, {48, 49}}) {
+            EXPECT_EQ(pixel(x, y), 0x00000000u) << x << ", " << y << " with " << vertex;
+        }
     }
 }
 
@@ -265,6 +274,24 @@ TEST_F(BackgroundTest, AspectFillShowsTheCentreOfTheImageWithTheFirstRowOnTop) {
     // Landscape: all columns, rows 1 and 2 only.
     expectCrop(background, 64, 16,
                {{8, 12, 0, 1}, {56, 12, 3, 1}, {8, 4, 0, 2}, {40, 0, 2, 2}, {24, 15, 1, 1}});
+}
+
+// A drawable whose coordinates come after its renderer: the attribute is kept without data,
+// and updateTextureCoords() hands it the coordinates, static or not.
+TEST_F(BackgroundTest, CoordinatesFilledAfterTheRendererAreTakenByUpdateTextureCoords) {
+    for (bool isStatic : {true, false}) {
+        SCOPED_TRACE(isStatic ? "static" : "streamed");
+        clearScreen();
+        Drawable drawable = strip();
+        drawable.mTexture = &mTexture;
+        drawable.mIsTextureCoordsStatic = isStatic;
+        BackgroundRenderer renderer(drawable);
+        drawable.mTextureCoords = {{0, 1}, {1, 1}, {0, 0}, {1, 0}};  // first row on top
+        renderer.updateTextureCoords();
+        renderer.draw();
+        EXPECT_EQ(pixel(1, 1), cellColour(0, 3));
+        EXPECT_EQ(pixel(kWidth - 2, kHeight - 2), cellColour(3, 0));
+    }
 }
 
 TEST_F(BackgroundTest, RenderersOfAnEffectShareOneProgramThatTheFirstToGoDestroys) {

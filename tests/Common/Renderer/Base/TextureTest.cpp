@@ -37,22 +37,67 @@ TEST_F(TextureTest, StaticTextureUploadsOnceSamplesBackAndIsRebuiltAfterAContext
     EXPECT_EQ(std::pair(calls.count("glGenTextures"), calls.count("glTexImage2D")),
               std::pair(0, 0));
 
-    // Sampled one whole texture further up, a repeating texture shows the same quadrants.
-    Texture repeating(quadrants->mBuffer, 2, 2, true, true, false, false, false, 4, false);
-    const char* shifted =
-        "precision mediump float; uniform sampler2D uTexture; varying vec2 vCoord;\n"
-        "void main() { gl_FragColor = texture2D(uTexture, vCoord + 1.0); }";
-    vi::Drawable quad = strip();
-    flat(quad, kRed, true, &repeating, shifted)->draw();
-    EXPECT_EQ(pixel(10, 10), 0xFF0000FFu);
-
     loseContext();  // forgotten, then built anew
     quadrants->contextChanged();
     quadrants->allocate();
     show(*quadrants);
     EXPECT_EQ(pixel(50, 50), 0xFFFFFFFFu);
     delete quadrants;
-    EXPECT_EQ(mTextures, std::vector<Texture*>{&repeating});
+    EXPECT_TRUE(mTextures.empty());
+}
+
+// Red | green sampled past the right edge, at u = 1.25 on the left half of the screen and
+// 1.75 on the right.
+TEST_F(TextureTest, WrapModesClampRepeatOrMirrorPastTheEdge) {
+    unsigned char redGreen[8] = {0xFF, 0, 0, 0xFF, 0, 0xFF, 0, 0xFF};
+    const char* pastTheEdge =
+        "precision mediump float; uniform sampler2D uTexture; varying vec2 vCoord;\n"
+        "void main() { gl_FragColor = texture2D(uTexture, vec2(vCoord.x < 0.5 ? 1.25 : 1.75, "
+        "0.5)); }";
+    const uint32_t red = 0xFF0000FFu, green = 0x00FF00FFu;
+    const struct {
+        bool repeat, mirrored;
+        uint32_t left, right;
+    } cases[] = {
+        {false, false, green, green},
+        {false, true, green, green},  // mirroring only applies to repeat
+        {true, false, red, green},
+        {true, true, green, red},
+    };
+    for (const auto& c : cases) {
+        Texture texture(redGreen, 2, 1, true, c.repeat, c.mirrored, false, false, 4, false);
+        vi::Drawable quad = strip();
+        flat(quad, kRed, true, &texture, pastTheEdge)->draw();
+        EXPECT_EQ(std::pair(pixel(16, 32), pixel(48, 32)), std::pair(c.left, c.right))
+            << "repeat " << c.repeat << ", mirrored " << c.mirrored;
+    }
+}
+
+// Rows of one RGB texel are 3 bytes. Uploads read them 4-aligned, GL's default, because they
+// set only the pack alignment; reading a target back sets the unpack one to 1, and from then
+// on rows are read tight.
+TEST_F(TextureTest, UploadsReadRowsFourAlignedUntilATargetIsReadBack) {
+    unsigned char rows[8] = {0xFF, 0, 0, 0, 0, 0, 0xFF, 0};  // red, padding, blue
+    const auto topRow = [&rows] {
+        Texture upright(rows, 1, 2, true, false, false, false, false, 3, false);
+        upright.allocate();
+        show(upright);
+        return pixel(32, 48);
+    };
+    const uint32_t blue = 0x0000FFFFu, black = 0x000000FFu;
+    EXPECT_EQ(topRow(), blue);
+
+    std::array<unsigned char, 2 * 2 * 4> target{};
+    std::array<void*, 6> faces;
+    faces.fill(target.data());
+    TextureCube cube(faces, {1, 1, 1, 1, 1, 1}, {1, 1, 1, 1, 1, 1}, true, false, false, false,
+                     false);
+    cube.allocate();
+    RenderableTexture renderTarget(0, 0, 2, 2, false, false, false, false, false);
+    renderTarget.writeBuffer(target.data());
+    EXPECT_EQ(topRow(), blue);
+    renderTarget.readBuffer(target.data());
+    EXPECT_EQ(topRow(), black);  // the second row starts at the padding byte
 }
 
 TEST_F(TextureTest, ChannelCountOrEtc1ChoosesTheFormatAndEtc1IsUploadedInFullEveryTime) {
@@ -185,7 +230,12 @@ TEST_F(RenderableTextureTest, ClearWriteAndReadRoundTripAndALostContextIsRebuilt
     expectCurrent();
     // Read while another target is anchored: that one stays bound.
     RenderableTexture bound(2, 3, 16, 16, false, false, false, false, false);
+    GLCallCounter calls;
     bound.allocate();
+    // The colour renderbuffer is attached, then replaced by the texture, which is drawn into.
+    EXPECT_EQ(
+        std::pair(calls.count("glFramebufferRenderbuffer"), calls.count("glFramebufferTexture2D")),
+        std::pair(1, 1));
     bound.enableAnchor();
     std::vector<unsigned char> back(pattern.size());
     target.readBuffer(back.data());
