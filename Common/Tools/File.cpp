@@ -68,6 +68,9 @@ void File::load(const std::string& name) {
         failInvalidName(name, "load", 88);
     }
     const off_t length = AAsset_getLength(asset);
+    if (length < 0) {
+        qam::logErrorOnce(this, "File: asset %s has no length, read as empty", name.c_str());
+    }
     mBuffer.resize(length > 0 ? static_cast<size_t>(length) : 0);
     AAsset_read(asset, mBuffer.data(), mBuffer.size());
     AAsset_close(asset);

@@ -2,6 +2,8 @@
 
 #include <cmath>
 
+#include "Common/Platform/Log.h"
+#include "Common/Renderer/Base/ShaderProgram.h"
 #include "Common/Renderer/Base/Texture.h"
 
 namespace vi {
@@ -18,6 +20,7 @@ Background::Background(Texture& texture) : mTexture(&texture) {
 }
 
 Background::~Background() {
+    qam::forgetLoggedOnce(this);
     mRenderer.reset();
     mDrawable.mPositions2 = {};
     mDrawable.mTextureCoords = {};
@@ -46,7 +49,11 @@ void Background::setScreenSize(unsigned width, unsigned height) {
 void Background::renderFrame() {
     // A short-lived background (the host's drawBgOnly makes one) destroys the shared program
     // when it goes: take the live one, made again if need be, rather than draw with a freed one.
-    mRenderer->mProgram = BackgroundRenderer::getShaderProgram();
+    ShaderProgram* live = BackgroundRenderer::getShaderProgram();
+    if (live != mRenderer->mProgram) {
+        qam::logErrorOnce(this, "Background: shared program was destroyed, drawn with a new one");
+        mRenderer->mProgram = live;
+    }
     mRenderer->draw();
 }
 

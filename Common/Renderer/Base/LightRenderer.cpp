@@ -26,7 +26,7 @@ LightRenderer::LightRenderer(Drawable& drawable) : Renderer(*getShaderProgram(),
 
 LightRenderer::~LightRenderer() {
     if (gLightProgram == mProgram && --gLightProgramUsers == 0) {
-        gLightProgram->destroy();  // never listed, so this only deletes it
+        delete gLightProgram;
         gLightProgram = nullptr;
     }
 }

@@ -88,10 +88,6 @@ void ModelObject::fillDrawable(Drawable& drawable) {
     unsigned vertices = 0;
     unsigned indices = 0;
     if (!readCounts(true, vertices, indices)) {
-        drawable.mPositions3.clear();
-        drawable.mNormals.clear();
-        drawable.mTextureCoords.clear();
-        drawable.mIndices.clear();
         return;
     }
     const unsigned char* bytes = static_cast<const unsigned char*>(getBuffer());

@@ -91,8 +91,10 @@ unsigned ShaderProgram::getUniqueId() {
 ShaderProgram*& ShaderProgram::getProgram(unsigned id) {
     std::vector<ShaderProgram*>& all = *mAllShaders;
     for (ShaderProgram*& slot : all) {
-        // Slots left unfilled would be read here; skip them rather than crash.
-        if (slot != nullptr && slot->mId == id) {
+        if (slot == nullptr) {
+            // A slot its caller never filled: its id cannot be read.
+            qam::logErrorOnce(&all, "ShaderProgram: empty slot in the program list, skipped");
+        } else if (slot->mId == id) {
             return slot;
         }
     }

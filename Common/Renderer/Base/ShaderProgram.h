@@ -35,6 +35,8 @@ class TALVEQAM_EXPORT ShaderProgram {
     static std::vector<ShaderProgram*>* mAllShaders;
 
   private:
+    // Freed through destroy(), except the light renderers' program, which is never listed.
+    friend class LightRenderer;
     ~ShaderProgram();
 
     std::string mVertexSource;

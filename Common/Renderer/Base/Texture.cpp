@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <cstdlib>
 
+#include "Common/Platform/Log.h"
+
 namespace vi {
 namespace {
 
@@ -26,6 +28,9 @@ GLenum formatOf(unsigned channels) {
 bool gpuAllowsSubImage() {
     static const bool allowed = [] {
         const GLubyte* renderer = glGetString(GL_RENDERER);
+        if (renderer == nullptr) {
+            qam::logError("Texture: no GL renderer to check, taken as not Mali");
+        }
         return !Texture::isMaliRenderer(reinterpret_cast<const char*>(renderer));
     }();
     return allowed;
