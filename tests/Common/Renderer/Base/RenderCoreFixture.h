@@ -39,7 +39,7 @@ inline constexpr const char* kMvpVertex =
 inline const glm::vec4 kRed(1, 0, 0, 1), kGreen(0, 1, 0, 1), kBlue(0, 0, 1, 1);
 
 // A GL test acting as one effect: its own renderer, texture and program lists, identity
-// camera matrices and the screen as the current framebuffer.
+// camera matrices and the screen as the current framebuffer. All of them are put back after.
 class RenderCoreTest : public GLTest {
   protected:
     void SetUp() override {
@@ -58,6 +58,10 @@ class RenderCoreTest : public GLTest {
         vi::Texture::mIsNeedToRecycle = false;
         std::tie(vi::Renderer::mAllRenderers, vi::Texture::mAllTextures,
                  vi::ShaderProgram::mAllShaders) = mSaved;
+        std::tie(*vi::Drawable::mProjectionMatrix, *vi::Drawable::mViewMatrix) = mSavedCamera;
+        std::tie(vi::RenderableTexture::mCurrentFrameBuffer,
+                 vi::RenderableTexture::mCurrentFrameBufferPosition,
+                 vi::RenderableTexture::mCurrentFrameBufferSize) = mSavedTarget;
     }
 
     // A program listed in this effect, destroyed after the test.
@@ -123,6 +127,12 @@ class RenderCoreTest : public GLTest {
                std::vector<vi::ShaderProgram*>*>
         mSaved{vi::Renderer::mAllRenderers, vi::Texture::mAllTextures,
                vi::ShaderProgram::mAllShaders};
+    std::tuple<glm::mat4, glm::mat4> mSavedCamera{*vi::Drawable::mProjectionMatrix,
+                                                  *vi::Drawable::mViewMatrix};
+    std::tuple<GLuint, glm::uvec2, glm::uvec2> mSavedTarget{
+        vi::RenderableTexture::mCurrentFrameBuffer,
+        vi::RenderableTexture::mCurrentFrameBufferPosition,
+        vi::RenderableTexture::mCurrentFrameBufferSize};
 };
 
 }  // namespace qam::test
