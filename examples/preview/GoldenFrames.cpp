@@ -66,14 +66,7 @@ bool GoldenFrames::open(std::string& error) {
     if (mMode == Mode::Compare) {
         return listGoldenFrames(error);
     }
-    std::error_code failure;
-    fs::create_directories(mFolder, failure);
-    if (failure) {
-        error = mFolder + ": cannot create the golden folder: " + failure.message();
-        return false;
-    }
-    removeNumbered(mFolder, "frame");
-    return true;
+    return framesFolder(mFolder, "golden", error);
 }
 
 bool GoldenFrames::listGoldenFrames(std::string& error) {

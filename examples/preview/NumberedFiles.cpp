@@ -25,4 +25,15 @@ void removeNumbered(const std::string& folder, const std::string& prefix) {
     }
 }
 
+bool framesFolder(const std::string& folder, const char* role, std::string& error) {
+    std::error_code failure;
+    fs::create_directories(folder, failure);
+    if (failure) {
+        error = folder + ": cannot create the " + role + " folder: " + failure.message();
+        return false;
+    }
+    removeNumbered(folder, "frame");
+    return true;
+}
+
 }  // namespace qam::preview

@@ -8,5 +8,8 @@ namespace qam::preview {
 std::string numberedName(const char* prefix, int frame);
 // Removes the pictures named so with `prefix` from `folder`, as an earlier run left them.
 void removeNumbered(const std::string& folder, const std::string& prefix);
+// Makes `folder` if need be and removes the frames an earlier run left there; false with
+// `error` set when it cannot be made (`role` names the folder in the message).
+bool framesFolder(const std::string& folder, const char* role, std::string& error);
 
 }  // namespace qam::preview

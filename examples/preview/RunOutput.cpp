@@ -1,26 +1,17 @@
 #include "examples/preview/RunOutput.h"
 
-#include <filesystem>
-#include <system_error>
+#include <utility>
 
 #include "examples/preview/NumberedFiles.h"
 
 namespace qam::preview {
 
-namespace fs = std::filesystem;
-
 RunOutput::RunOutput(std::string folder, int width, int height)
     : mFolder(std::move(folder)), mWidth(width), mHeight(height), mSheet(width) {}
 
 bool RunOutput::open(double rate, std::string& error) {
-    std::error_code failure;
-    fs::create_directories(mFolder, failure);
-    if (failure) {
-        error = mFolder + ": cannot create the output folder: " + failure.message();
-        return false;
-    }
-    removeNumbered(mFolder, "frame");
-    return mGif.open(gifPath(), mWidth, mHeight, rate, error);
+    return framesFolder(mFolder, "output", error) &&
+           mGif.open(gifPath(), mWidth, mHeight, rate, error);
 }
 
 std::string RunOutput::framePath(int frame) const {
